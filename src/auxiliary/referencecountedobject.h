@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef MESSAGEAPI_REFERENCECOUNTEDOBJECT_H
+#define MESSAGEAPI_REFERENCECOUNTEDOBJECT_H
+
+#include "messageapiframework_export.h"
+
+/**
+ * Base of objects shared through an intrusive, non-atomic reference count.
+ *
+ * A new object has count 0 and belongs to its creator, who may delete it directly. The first
+ * addReference() makes the count 1; the removeReference() that brings the count back to 0
+ * deletes the object. Counting is single-threaded: every call on one object must come from
+ * one thread or under the caller's own lock.
+ */
+class MESSAGEAPIFRAMEWORK_EXPORT ReferenceCountedObject
+{
+public:
+    ReferenceCountedObject();
+    /// Reports "Deleting referenced object!" when the count is not 0, then destroys anyway.
+    virtual ~ReferenceCountedObject();
+
+    void addReference() const;
+    /// Deletes the object when the count reaches 0; do not touch it afterwards.
+    void removeReference() const;
+    int getNumberOfReferences() const;
+
+private:
+    ReferenceCountedObject(ReferenceCountedObject const &) = delete;
+    ReferenceCountedObject &operator=(ReferenceCountedObject const &) = delete;
+
+    mutable int mReferenceCount;
+};
+
+#endif // MESSAGEAPI_REFERENCECOUNTEDOBJECT_H

@@ -1,0 +1,32 @@
+# Configures, builds and runs the consumer project against an installed prefix, and checks the
+# pkg-config file. Arguments: CONSUMER_SOURCE_DIR, CONSUMER_BINARY_DIR, INSTALL_PREFIX, QT_MAJOR.
+file(REMOVE_RECURSE ${CONSUMER_BINARY_DIR})
+execute_process(
+    COMMAND ${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${CONSUMER_BINARY_DIR}
+        -DCMAKE_PREFIX_PATH=${INSTALL_PREFIX} -DCMAKE_BUILD_TYPE=Release
+    RESULT_VARIABLE result)
+if(result)
+    message(FATAL_ERROR "configuring the consumer failed")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${CONSUMER_BINARY_DIR} RESULT_VARIABLE result)
+if(result)
+    message(FATAL_ERROR "building the consumer failed")
+endif()
+execute_process(COMMAND ${CONSUMER_BINARY_DIR}/consumer
+    OUTPUT_VARIABLE output RESULT_VARIABLE result)
+message(STATUS "consumer printed: ${output}")
+if(result OR NOT output MATCHES "Client Error: consumer")
+    message(FATAL_ERROR "the consumer did not run as expected")
+endif()
+
+find_program(PKG_CONFIG pkg-config)
+if(PKG_CONFIG)
+    file(GLOB_RECURSE pcfile ${INSTALL_PREFIX}/*/messageapiframework.pc)
+    get_filename_component(pcdir "${pcfile}" DIRECTORY)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
+        ${PKG_CONFIG} --libs --cflags messageapiframework
+        OUTPUT_VARIABLE flags RESULT_VARIABLE result)
+    if(result OR NOT flags MATCHES "-lmessageapiframework" OR NOT flags MATCHES "include/messageapiframework")
+        message(FATAL_ERROR "pkg-config does not describe the library: ${flags}")
+    endif()
+endif()

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Builds the library with Qt 6, with Qt 5 and with AddressSanitizer+UndefinedBehaviorSanitizer,
+# and runs every test in all three builds. Installs missing Debian packages first.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash tools/install-deps.sh
+jobs=$(nproc)
+passed=0
+failed=0
+for preset in qt6 qt5 asan; do
+    echo "=== $preset"
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset" -j"$jobs"
+    log=$(mktemp)
+    status=0
+    ctest --preset "$preset" -j"$jobs" 2>&1 | tee "$log" || status=$?
+    summary=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" || true)
+    total=$(echo "$summary" | sed -E 's/.* out of ([0-9]+).*/\1/')
+    bad=$(echo "$summary" | sed -E 's/.* ([0-9]+) tests failed.*/\1/')
+    rm -f "$log"
+    if [ -z "$summary" ]; then
+        echo "no test summary for $preset"
+        exit 1
+    fi
+    passed=$((passed + total - bad))
+    failed=$((failed + bad))
+    [ "$status" -eq 0 ] || { echo "tests: $passed passed, $failed failed"; exit "$status"; }
+done
+echo "tests: $passed passed, $failed failed"
