@@ -84,7 +84,6 @@ void tst_FieldValueToString::render_data()
     row("u other mode is natural", million, false, -1, 7, true, "1,234,567");
     row("u hexadecimal ff", FieldValue::u(255, 8), false, -1, hexadecimal, false, "ff");
     row("u hexadecimal padded", FieldValue::u(5, 8), false, -1, hexadecimal, false, "05");
-    row("u hexadecimal zero", FieldValue::u(0, 8), false, -1, hexadecimal, false, "00");
     row("u hexadecimal not cut", FieldValue::u(4096, 16), false, -1, hexadecimal, false, "1000");
     row("u64 maximum localized", FieldValue::u(std::numeric_limits<quint64>::max(), 64), false, -1,
         natural, true, "18,446,744,073,709,551,615");
@@ -94,7 +93,6 @@ void tst_FieldValueToString::render_data()
     row("i natural localized", FieldValue::i(-1234, 16), false, -1, natural, true, "-1,234");
     row("i decimal", FieldValue::i(-1234, 16), false, -1, decimal, true, "-1234");
     row("i hexadecimal -1", FieldValue::i(-1, 8), false, -1, hexadecimal, false, "-1");
-    row("i hexadecimal -5", FieldValue::i(-5, 8), false, -1, hexadecimal, false, "-5");
     row("i hexadecimal padded", FieldValue::i(10, 8), false, -1, hexadecimal, false, "0a");
     row("i hexadecimal minimum", FieldValue::i(std::numeric_limits<qint64>::min(), 64), false, -1,
         hexadecimal, false, "-8000000000000000");
@@ -107,14 +105,12 @@ void tst_FieldValueToString::render_data()
     row("ch 255 hexadecimal is signed", FieldValue::ch(char(255)), false, -1, hexadecimal, false,
         "-1");
     row("ch 128 hexadecimal", FieldValue::ch(char(128)), false, -1, hexadecimal, false, "-80");
-    row("ch 255 decimal is signed", FieldValue::ch(char(255)), false, -1, decimal, false, "-1");
     row("ch Latin-1", FieldValue::ch(char(0xe9)), false, -1, natural, false, "\xc3\xa9");
     row("ch with type", FieldValue::ch('A'), true, -1, natural, false, "A (c8)");
     row("nch like ch", FieldValue::nch('A'), true, -1, decimal, false, "65 (c8)");
 
     row("byte natural", FieldValue::byte(10), false, -1, natural, false, "0a");
     row("byte natural not localized", FieldValue::byte(255), false, -1, natural, true, "ff");
-    row("byte hexadecimal", FieldValue::byte(10), false, -1, hexadecimal, false, "0a");
     row("byte decimal", FieldValue::byte(255), false, -1, decimal, false, "255");
     row("byte with type", FieldValue::byte(10), true, -1, natural, false, "0a (b8)");
 
@@ -125,12 +121,9 @@ void tst_FieldValueToString::render_data()
         "3.500000");
     row("f64 decimal does not apply", FieldValue::f64(3.5), false, 1, decimal, false, "3.5");
     row("f64 localized", FieldValue::f64(1234.5), false, 1, natural, true, "1,234.5");
-    row("f64 not localized", FieldValue::f64(1234.5), false, 1, natural, false, "1234.5");
     row("f64 with type", FieldValue::f64(3.5), true, -1, natural, false, "3.500000 (f64)");
     row("f32 read as single", FieldValue::f32(0.1f), false, 9, natural, false, "0.100000001");
     row("f32 with type", FieldValue::f32(-0.5f), true, 2, natural, false, "-0.50 (f32)");
-    row("float of 16 bits read as single", ofKind(FieldType::Float, 16), false, 1, natural, false,
-        "0.0");
 
     for (int mode : { 0, 1, 2 }) {
         const QByteArray name = "invalid, mode " + QByteArray::number(mode);
