@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "fieldtype.h"
+#include "fieldvalue.h"
+#include "messageinfo.h"
+#include "testmessage.h"
 #include "tracerrecorder.h"
 
 #include <QTest>
@@ -25,6 +28,10 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void tracesConstructionAndCopyButNotAssignment();
+#ifdef MESSAGEAPI_TEST_SUBMESSAGE_NAMES
+    void subMessageTextsNameTheMessageType_data();
+    void subMessageTextsNameTheMessageType();
+#endif
 };
 
 void tst_FieldType::kindsSizesAndTexts_data()
@@ -61,6 +68,9 @@ void tst_FieldType::kindsSizesAndTexts_data()
                           << QStringLiteral("Byte on 8 bits");
     QTest::newRow("invalid") << TypeFactory(FieldType::invalid) << 255 << 0u
                              << QStringLiteral("Invalid") << QStringLiteral("Invalid");
+    QTest::newRow("sub-message without message type")
+        << TypeFactory([] { return FieldType::subMessage(nullptr); }) << 6 << 0u
+        << QStringLiteral("") << QStringLiteral("Message of type ");
     QTest::newRow("unused kind 7: no short code")
         << TypeFactory([] { return FieldType(FieldType::BasisType(7), 8); }) << 7 << 8u << QString()
         << QStringLiteral("Unknown type");
@@ -152,6 +162,39 @@ void tst_FieldType::tracesConstructionAndCopyButNotAssignment()
              QStringList({ QStringLiteral("-FieldType"), QStringLiteral("-FieldType"),
                            QStringLiteral("-FieldType") }));
 }
+
+#ifdef MESSAGEAPI_TEST_SUBMESSAGE_NAMES
+// Needs MessageInfo's implementation in the library; tests/CMakeLists.txt turns it on once the
+// library has it.
+void tst_FieldType::subMessageTextsNameTheMessageType_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("longText");
+
+    QTest::newRow("plain name") << QStringLiteral("PvtCartesian")
+                                << QStringLiteral("Message of type PvtCartesian");
+    QTest::newRow("name with a placeholder")
+        << QStringLiteral("A%1") << QStringLiteral("Message of type A%1");
+    QTest::newRow("empty name") << QString() << QStringLiteral("Message of type ");
+}
+
+void tst_FieldType::subMessageTextsNameTheMessageType()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, longText);
+
+    const MessageInfo info(name);
+    const FieldType type = FieldType::subMessage(&info);
+    QCOMPARE(type.toShortString(), name);
+    QCOMPARE(type.toString(), longText);
+
+    // A value shows the name as its type suffix, after the message's address.
+    TestMessage message(&info);
+    const QString address = QString::number(reinterpret_cast<quintptr>(&message), 16);
+    QCOMPARE(FieldValue::subMessage(&message).toString(true),
+             address + QStringLiteral(" (") + name + QLatin1Char(')'));
+}
+#endif
 
 QTEST_GUILESS_MAIN(tst_FieldType)
 #include "tst_fieldtype.moc"
