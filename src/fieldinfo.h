@@ -25,7 +25,8 @@ class MessageInfo;
  * Abstract: the format-specific code that builds the dictionary derives from it and supplies
  * the operations that read a field's values out of a decoded Message. Descriptors link by plain
  * pointers and never own one another; the destructor unlinks the field from its messages, its
- * parent, its sub-fields and the message type it refers to.
+ * parent, its sub-fields and the message type it refers to. A sub-message field whose message
+ * type is destroyed first keeps a sub-message type that names no message type.
  */
 class MESSAGEAPIFRAMEWORK_EXPORT FieldInfo
 {

@@ -159,9 +159,7 @@ private Q_SLOTS:
     void destructionOrders_data();
     void destructionOrders();
     void destroyedFieldLeavesMessage();
-    void destroyedMessageLeavesFields();
     void destroyedSubMessageTypeLeavesReferringField();
-    void destroyedParentLeavesSubFields();
     void fixtureContents();
     void fixtureCleansUp();
 };
@@ -237,17 +235,6 @@ void tst_DictionaryLifetime::destroyedFieldLeavesMessage()
              QVector<MessageInfo const *> { scene.M });
 }
 
-void tst_DictionaryLifetime::destroyedMessageLeavesFields()
-{
-    Scene scene;
-    scene.step(QStringLiteral("M"));
-    QVERIFY(scene.a->getMessageInfos().isEmpty());
-    QVERIFY(!scene.a->occursIn(scene.M));
-    // Only the remembered index is left, and it is never followed.
-    QCOMPARE(scene.a->getIndexInMessageInfo(scene.M), 0);
-    QCOMPARE(scene.c->getMessageInfos(), QVector<MessageInfo *> { scene.S });
-}
-
 void tst_DictionaryLifetime::destroyedSubMessageTypeLeavesReferringField()
 {
     Scene scene;
@@ -256,14 +243,6 @@ void tst_DictionaryLifetime::destroyedSubMessageTypeLeavesReferringField()
     QCOMPARE(scene.b->getType().getBasisType(), FieldType::SubMessage);
     QVERIFY(scene.b->getType().getSubMessageInfo() == nullptr);
     QVERIFY(scene.c->getMessageInfos().isEmpty());
-}
-
-void tst_DictionaryLifetime::destroyedParentLeavesSubFields()
-{
-    Scene scene;
-    scene.step(QStringLiteral("p"));
-    QVERIFY(!scene.q->hasParentFieldInfo());
-    QVERIFY(scene.q->getParentFieldInfo() == nullptr);
 }
 
 void tst_DictionaryLifetime::fixtureContents()

@@ -90,9 +90,7 @@ void tst_FieldInfo::flagsFollowTheirValues_data()
     QTest::newRow("factor near 1") << 1.0000001 << -1 << 0 << true << false << false;
     QTest::newRow("factor 0") << 0.0 << -1 << 0 << true << false << false;
     QTest::newRow("precision 0") << 1.0 << 0 << 0 << false << true << false;
-    QTest::newRow("precision -2 counts") << 1.0 << -2 << 0 << false << true << false;
     QTest::newRow("hexadecimal") << 1.0 << -1 << 1 << false << false << true;
-    QTest::newRow("decimal") << 1.0 << -1 << 2 << false << false << true;
 }
 
 void tst_FieldInfo::flagsFollowTheirValues()

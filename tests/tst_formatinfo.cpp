@@ -27,7 +27,6 @@ class tst_FormatInfo : public QObject
 private Q_SLOTS:
     void registry();
     void sameNameAsymmetry();
-    void destroyingUnlistedFormatIsHarmless();
     void alphabeticalOrder_data();
     void alphabeticalOrder();
     void nameIndexAndSubMessages();
@@ -69,18 +68,6 @@ void tst_FormatInfo::sameNameAsymmetry()
     QCOMPARE(FormatInfo::getFormatInfos(), QVector<FormatInfo const *> { second });
     delete second;
     QVERIFY(FormatInfo::getFormatInfos().isEmpty());
-}
-
-void tst_FormatInfo::destroyingUnlistedFormatIsHarmless()
-{
-    auto *format = new FormatInfo(QStringLiteral("Y"));
-    auto *other = new FormatInfo(QStringLiteral("Z"));
-    // A format that someone took out of the list by hand.
-    FormatInfo::sFormatInfos.removeAll(format);
-    delete format;
-    QCOMPARE(FormatInfo::getFormatInfos(), QVector<FormatInfo const *> { other });
-    QCOMPARE(FormatInfo::getFormatInfo(QStringLiteral("Z")), other);
-    delete other;
 }
 
 void tst_FormatInfo::alphabeticalOrder_data()
