@@ -28,10 +28,8 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void tracesConstructionAndCopyButNotAssignment();
-#ifdef MESSAGEAPI_TEST_SUBMESSAGE_NAMES
     void subMessageTextsNameTheMessageType_data();
     void subMessageTextsNameTheMessageType();
-#endif
 };
 
 void tst_FieldType::kindsSizesAndTexts_data()
@@ -163,9 +161,6 @@ void tst_FieldType::tracesConstructionAndCopyButNotAssignment()
                            QStringLiteral("-FieldType") }));
 }
 
-#ifdef MESSAGEAPI_TEST_SUBMESSAGE_NAMES
-// Needs MessageInfo's implementation in the library; tests/CMakeLists.txt turns it on once the
-// library has it.
 void tst_FieldType::subMessageTextsNameTheMessageType_data()
 {
     QTest::addColumn<QString>("name");
@@ -194,7 +189,6 @@ void tst_FieldType::subMessageTextsNameTheMessageType()
     QCOMPARE(FieldValue::subMessage(&message).toString(true),
              address + QStringLiteral(" (") + name + QLatin1Char(')'));
 }
-#endif
 
 QTEST_GUILESS_MAIN(tst_FieldType)
 #include "tst_fieldtype.moc"
