@@ -1,0 +1,461 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "messageapievent.h"
+#include "messageinfo.h"
+#include "messageinfoset.h"
+#include "pathexpression.h"
+#include "tracerrecorder.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+using Parts = PathExpression::Parts;
+constexpr int F = PathExpression::FormatPart;
+constexpr int M = PathExpression::MessagePart;
+constexpr int L = PathExpression::FieldPart;
+constexpr int All = F | M | L;
+
+enum Operation {
+    SetString,
+    SetStringWithParts,
+    SetFormatPart,
+    SetMessagePart,
+    SetFieldPart,
+    SetStringPrefix,
+    SetStringPrefixWithParts,
+    SetFormatPartPrefix,
+    SetMessagePartPrefix,
+    SetFieldPartPrefix,
+    SetWildCard,
+    SetWildCardWithParts
+};
+
+void apply(PathExpression &expression, Operation operation, QString const &text, Parts parts)
+{
+    switch (operation) {
+    case SetString:
+        return expression.setString(text);
+    case SetStringWithParts:
+        return expression.setString(text, parts);
+    case SetFormatPart:
+        return expression.setFormatPart(text);
+    case SetMessagePart:
+        return expression.setMessagePart(text);
+    case SetFieldPart:
+        return expression.setFieldPart(text);
+    case SetStringPrefix:
+        return expression.setStringPrefix(text);
+    case SetStringPrefixWithParts:
+        return expression.setStringPrefix(text, parts);
+    case SetFormatPartPrefix:
+        return expression.setFormatPartPrefix(text);
+    case SetMessagePartPrefix:
+        return expression.setMessagePartPrefix(text);
+    case SetFieldPartPrefix:
+        return expression.setFieldPartPrefix(text);
+    case SetWildCard:
+        return expression.setWildCard();
+    case SetWildCardWithParts:
+        return expression.setWildCard(parts);
+    }
+}
+
+/// Logs every change signal of the expression, in emission order, into one list.
+QStringList *recordSignals(PathExpression *expression, QStringList *log)
+{
+    QObject::connect(expression, &PathExpression::formatPartChanged, expression,
+                     [log](QString const &p) { log->append(QStringLiteral("format ") + p); });
+    QObject::connect(expression, &PathExpression::messagePartChanged, expression,
+                     [log](QString const &p) { log->append(QStringLiteral("message ") + p); });
+    QObject::connect(expression, &PathExpression::fieldPartChanged, expression,
+                     [log](QString const &p) { log->append(QStringLiteral("field ") + p); });
+    QObject::connect(expression, &PathExpression::expressionChanged, expression,
+                     [log](QString const &e) { log->append(QStringLiteral("expression ") + e); });
+    QObject::connect(expression, &PathExpression::partsChanged, expression, [log](Parts parts) {
+        log->append(QStringLiteral("parts ") + QString::number(int(parts)));
+    });
+    QObject::connect(expression, &PathExpression::matchesMayHaveChanged, expression,
+                     [log] { log->append(QStringLiteral("matches")); });
+    return log;
+}
+
+QString partsOf(PathExpression const &expression)
+{
+    return expression.getFormatPart() + QLatin1Char('|') + expression.getMessagePart()
+        + QLatin1Char('|') + expression.getFieldPart();
+}
+
+} // namespace
+
+class tst_PathExpression : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tokens();
+    void split_data();
+    void split();
+    void matchesName_data();
+    void matchesName();
+    void getString_data();
+    void getString();
+    void maybeAppendWildCard_data();
+    void maybeAppendWildCard();
+    void isWildCard_data();
+    void isWildCard();
+
+    void constructors();
+    void textConstructorDoesNotAnnounceMatches();
+    void setters_data();
+    void setters();
+    void partsChangedCarriesFlags();
+    void filteringSetConnections();
+    void tracing();
+};
+
+void tst_PathExpression::tokens()
+{
+    QCOMPARE(PathExpression::getSeparator(), QStringLiteral(":"));
+    QCOMPARE(PathExpression::getWildCard(), QStringLiteral("*"));
+    QCOMPARE(PathExpression::getOrOperator(), QStringLiteral("|"));
+    QCOMPARE(int(PathExpression::AllParts), 7);
+}
+
+void tst_PathExpression::split_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<QString>("expected"); // format|message|field, starting from "f0|m0|l0"
+
+    QTest::newRow("three parts") << "VEXA:Pos*:Lat" << All << "VEXA|Pos*|Lat";
+    QTest::newRow("format only given") << "VEXA" << All << "VEXA|*|*";
+    QTest::newRow("empty text") << "" << All << "*|*|*";
+    QTest::newRow("empty middle piece") << "A::C" << All << "A|*|C";
+    QTest::newRow("pieces after the third ignored") << "A:B:C:D" << All << "A|B|C";
+    QTest::newRow("field alone") << "Lat" << L << "f0|m0|Lat";
+    QTest::newRow("message and field") << "Pos:Lat" << (M | L) << "f0|Pos|Lat";
+    QTest::newRow("format and field") << "A:C" << (F | L) << "A|m0|C";
+    QTest::newRow("format and field, two separators") << "A::C" << (F | L) << "A|m0|*";
+    QTest::newRow("message alone keeps first piece") << "Pos:Lat" << M << "f0|Pos|l0";
+    QTest::newRow("format alone keeps first piece") << "A:B" << F << "A|m0|l0";
+    QTest::newRow("field alone, empty") << "" << L << "f0|m0|*";
+    QTest::newRow("no parts") << "A:B:C" << 0 << "f0|m0|l0";
+}
+
+void tst_PathExpression::split()
+{
+    QFETCH(QString, expression);
+    QFETCH(int, parts);
+    QFETCH(QString, expected);
+
+    PathExpression const pathExpression;
+    QString format = QStringLiteral("f0");
+    QString message = QStringLiteral("m0");
+    QString field = QStringLiteral("l0");
+    pathExpression.split(expression, format, message, field, Parts(parts));
+    QCOMPARE(format + QLatin1Char('|') + message + QLatin1Char('|') + field, expected);
+}
+
+void tst_PathExpression::matchesName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<bool>("matches");
+
+    QTest::newRow("prefix, other case") << "PosCartesian"
+                                        << "pos*" << true;
+    QTest::newRow("anchored at the end") << "PosCartesian"
+                                         << "Pos" << false;
+    QTest::newRow("anchored at the start") << "PosCartesian"
+                                           << "Cart*" << false;
+    QTest::newRow("inner run") << "PosCartesian"
+                               << "*CART*" << true;
+    QTest::newRow("exact, other case") << "lat"
+                                       << "LAT" << true;
+    QTest::newRow("second alternative") << "Lat"
+                                        << "Lon|Lat" << true;
+    QTest::newRow("empty alternative, name") << "Lat"
+                                             << "Lon|" << false;
+    QTest::newRow("empty alternative, empty name") << ""
+                                                   << "Lon|" << true;
+    QTest::newRow("empty pattern, empty name") << ""
+                                               << "" << true;
+    QTest::newRow("empty pattern, name") << "Lat"
+                                         << "" << false;
+    QTest::newRow("wildcard, empty name") << ""
+                                          << "*" << true;
+    QTest::newRow("separator acts as wildcard") << "AB"
+                                                << "A:" << true;
+    QTest::newRow("separator in the middle") << "AxyzB"
+                                             << "A:B" << true;
+    QTest::newRow("one character") << "Lat"
+                                   << "L?t" << true;
+    QTest::newRow("one character, not two") << "Lat"
+                                            << "L?" << false;
+    QTest::newRow("bracket set") << "Pos3"
+                                 << "Pos[0-9]" << true;
+    QTest::newRow("bracket set, outside") << "PosX"
+                                          << "Pos[0-9]" << false;
+    QTest::newRow("no regular expression: plus") << "aab"
+                                                 << "a+b" << false;
+    QTest::newRow("no regular expression: literal plus") << "a+b"
+                                                         << "a+b" << true;
+    QTest::newRow("no regular expression: dot") << "axb"
+                                                << "a.b" << false;
+}
+
+void tst_PathExpression::matchesName()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, pattern);
+    QFETCH(bool, matches);
+
+    QCOMPARE(PathExpression().matchesName(name, pattern), matches);
+}
+
+void tst_PathExpression::getString_data()
+{
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("all") << All << "VEXA:Pos*:Lat";
+    QTest::newRow("format and message") << (F | M) << "VEXA:Pos*";
+    QTest::newRow("format and field") << (F | L) << "VEXA::Lat";
+    QTest::newRow("message and field") << (M | L) << "Pos*:Lat";
+    QTest::newRow("format") << F << "VEXA";
+    QTest::newRow("message") << M << "Pos*";
+    QTest::newRow("field") << L << "Lat";
+    QTest::newRow("none") << 0 << "";
+}
+
+void tst_PathExpression::getString()
+{
+    QFETCH(int, parts);
+    QFETCH(QString, expected);
+
+    PathExpression const expression(QStringLiteral("VEXA:Pos*:Lat"));
+    QCOMPARE(expression.getString(Parts(parts)), expected);
+}
+
+void tst_PathExpression::maybeAppendWildCard_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("name") << "Pos"
+                          << "Pos*";
+    QTest::newRow("already ending in a wildcard") << "Pos*"
+                                                  << "Pos**";
+    QTest::newRow("empty") << ""
+                           << "*";
+    QTest::newRow("multi-part") << "VEXA:Po"
+                                << "VEXA:Po*";
+}
+
+void tst_PathExpression::maybeAppendWildCard()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, expected);
+
+    QCOMPARE(PathExpression().maybeAppendWildCard(text), expected);
+}
+
+void tst_PathExpression::isWildCard_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<bool>("expected");
+
+    QTest::newRow("all wildcards") << "*:*:*" << All << true;
+    QTest::newRow("doubled wildcard") << "*:**:*" << All << false;
+    QTest::newRow("doubled wildcard not asked") << "*:**:*" << (F | L) << true;
+    QTest::newRow("prefix pattern") << "*:Pos*:*" << M << false;
+    QTest::newRow("format set, field asked") << "VEXA:*:*" << L << true;
+    QTest::newRow("format set, format asked") << "VEXA:*:*" << F << false;
+    QTest::newRow("no parts asked") << "A:B:C" << 0 << true;
+}
+
+void tst_PathExpression::isWildCard()
+{
+    QFETCH(QString, expression);
+    QFETCH(int, parts);
+    QFETCH(bool, expected);
+
+    QCOMPARE(PathExpression(expression).isWildCard(Parts(parts)), expected);
+}
+
+void tst_PathExpression::constructors()
+{
+    PathExpression const fresh;
+    QCOMPARE(partsOf(fresh), QStringLiteral("*|*|*"));
+    QVERIFY(!fresh.getConsiderSubMessages());
+    QVERIFY(!fresh.getFilteringMessageInfoSet());
+
+    PathExpression const fromText(QStringLiteral("VEXA::Lat|Lon"));
+    QCOMPARE(partsOf(fromText), QStringLiteral("VEXA|*|Lat|Lon"));
+    QVERIFY(!fromText.getConsiderSubMessages());
+    QVERIFY(!fromText.getFilteringMessageInfoSet());
+}
+
+void tst_PathExpression::textConstructorDoesNotAnnounceMatches()
+{
+    PathExpression fromText(QStringLiteral("VEXA"));
+    QStringList log;
+    recordSignals(&fromText, &log);
+    fromText.setFieldPart(QStringLiteral("Lat"));
+    QCOMPARE(log,
+             QStringList({ QStringLiteral("field Lat"), QStringLiteral("expression VEXA:*:Lat"),
+                           QStringLiteral("parts 4") }));
+}
+
+void tst_PathExpression::setters_data()
+{
+    QTest::addColumn<QString>("initial");
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QStringList>("log");
+
+    // matchesMayHaveChanged() is emitted from within expressionChanged(), ahead of receivers
+    // connected after construction.
+    auto log = [](QStringList parts, QString const &expression, int flags) {
+        parts << QStringLiteral("matches") << QStringLiteral("expression ") + expression
+              << QStringLiteral("parts ") + QString::number(flags);
+        return parts;
+    };
+
+    QTest::newRow("whole text") << "*:*:*" << int(SetString) << "VEXA:Pos:Lat" << 0
+                                << "VEXA:Pos:Lat"
+                                << log({ "format VEXA", "message Pos", "field Lat" },
+                                       "VEXA:Pos:Lat", All);
+    QTest::newRow("only changed parts")
+        << "VEXA:Pos:Lat" << int(SetString) << "VEXA:Vel:Lat" << 0 << "VEXA:Vel:Lat"
+        << log({ "message Vel" }, "VEXA:Vel:Lat", M);
+    QTest::newRow("same text") << "VEXA:Pos:Lat" << int(SetString) << "VEXA:Pos:Lat" << 0
+                               << "VEXA:Pos:Lat" << QStringList();
+    QTest::newRow("case is a change")
+        << "VEXA:Pos:Lat" << int(SetFormatPart) << "vexa" << 0 << "vexa:Pos:Lat"
+        << log({ "format vexa" }, "vexa:Pos:Lat", F);
+    QTest::newRow("emptied field becomes wildcard")
+        << "VEXA:Pos:Lat" << int(SetFieldPart) << "" << 0 << "VEXA:Pos:*"
+        << log({ "field *" }, "VEXA:Pos:*", L);
+    QTest::newRow("part setter keeps first piece")
+        << "VEXA:Vel:Lat" << int(SetMessagePart) << "Pos:Lon" << 0 << "VEXA:Pos:Lat"
+        << log({ "message Pos" }, "VEXA:Pos:Lat", M);
+    QTest::newRow("format and field flags")
+        << "*:*:*" << int(SetStringWithParts) << "A:C" << (F | L) << "A:*:C"
+        << log({ "format A", "field C" }, "A:*:C", F | L);
+    QTest::newRow("field prefix") << "VEXA:Pos:Lat" << int(SetFieldPartPrefix) << "la" << 0
+                                  << "VEXA:Pos:la*" << log({ "field la*" }, "VEXA:Pos:la*", L);
+    QTest::newRow("message prefix doubles wildcard")
+        << "VEXA:Pos*:Lat" << int(SetMessagePartPrefix) << "Pos*" << 0 << "VEXA:Pos**:Lat"
+        << log({ "message Pos**" }, "VEXA:Pos**:Lat", M);
+    QTest::newRow("format prefix") << "*:*:*" << int(SetFormatPartPrefix) << "VE" << 0 << "VE*:*:*"
+                                   << log({ "format VE*" }, "VE*:*:*", F);
+    QTest::newRow("prefix on last of two parts")
+        << "*:*:Lat" << int(SetStringPrefix) << "VEXA:Po" << 0 << "VEXA:Po*:*"
+        << log({ "format VEXA", "message Po*", "field *" }, "VEXA:Po*:*", All);
+    QTest::newRow("prefix with flags")
+        << "*:*:*" << int(SetStringPrefixWithParts) << "Pos:La" << (M | L) << "*:Pos:La*"
+        << log({ "message Pos", "field La*" }, "*:Pos:La*", M | L);
+    QTest::newRow("all wildcards") << "VEXA:Pos:Lat" << int(SetWildCard) << "" << 0 << "*:*:*"
+                                   << log({ "format *", "message *", "field *" }, "*:*:*", All);
+    QTest::newRow("message wildcard") << "VEXA:Pos:Lat" << int(SetWildCardWithParts) << "" << M
+                                      << "VEXA:*:Lat" << log({ "message *" }, "VEXA:*:Lat", M);
+    QTest::newRow("wildcards already")
+        << "*:*:*" << int(SetWildCard) << "" << 0 << "*:*:*" << QStringList();
+}
+
+void tst_PathExpression::setters()
+{
+    QFETCH(QString, initial);
+    QFETCH(int, operation);
+    QFETCH(QString, text);
+    QFETCH(int, parts);
+    QFETCH(QString, expected);
+    QFETCH(QStringList, log);
+
+    PathExpression expression;
+    expression.setString(initial);
+    QStringList recorded;
+    recordSignals(&expression, &recorded);
+
+    apply(expression, Operation(operation), text, Parts(parts));
+    QCOMPARE(expression.getString(PathExpression::AllParts), expected);
+    QCOMPARE(recorded, log);
+}
+
+void tst_PathExpression::partsChangedCarriesFlags()
+{
+    PathExpression expression;
+    QSignalSpy partsSpy(&expression, &PathExpression::partsChanged);
+    QSignalSpy expressionSpy(&expression, &PathExpression::expressionChanged);
+    QVERIFY(partsSpy.isValid());
+
+    expression.setString(QStringLiteral("A:B:C"),
+                         PathExpression::FormatPart | PathExpression::FieldPart);
+    QCOMPARE(partsSpy.count(), 1);
+    QCOMPARE(partsSpy.at(0).at(0).value<Parts>(),
+             PathExpression::FormatPart | PathExpression::FieldPart);
+    // "A:B:C" with format and field flags reads the field from the third piece after the
+    // missing message piece was put in place.
+    QCOMPARE(expressionSpy.at(0).at(0).toString(), QStringLiteral("A:*:B"));
+}
+
+void tst_PathExpression::filteringSetConnections()
+{
+    MessageInfo a(QStringLiteral("A"));
+    MessageInfo b(QStringLiteral("B"));
+    MessageInfoSet first;
+    MessageInfoSet second;
+    PathExpression expression;
+    QSignalSpy spy(&expression, &PathExpression::matchesMayHaveChanged);
+
+    expression.setFilteringMessageInfoSet(&first);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(expression.getFilteringMessageInfoSet(), &first);
+    expression.setFilteringMessageInfoSet(&first);
+    QCOMPARE(spy.count(), 1);
+    first.addMessageInfo(&a);
+    QCOMPARE(spy.count(), 2);
+
+    expression.setFilteringMessageInfoSet(&second);
+    QCOMPARE(spy.count(), 3);
+    first.addMessageInfo(&b);
+    QCOMPARE(spy.count(), 3);
+    second.addMessageInfo(&b);
+    QCOMPARE(spy.count(), 4);
+
+    expression.setFilteringMessageInfoSet(nullptr);
+    QCOMPARE(spy.count(), 5);
+    QVERIFY(!expression.getFilteringMessageInfoSet());
+    second.clear();
+    QCOMPARE(spy.count(), 5);
+    expression.setFilteringMessageInfoSet(nullptr);
+    QCOMPARE(spy.count(), 5);
+
+    // Switching sets must not cut the expression's own change announcements.
+    expression.setMessagePart(QStringLiteral("X"));
+    QCOMPARE(spy.count(), 6);
+}
+
+void tst_PathExpression::tracing()
+{
+    TracerRecorder recorder;
+    {
+        PathExpression fresh;
+        PathExpression fromText(QStringLiteral("VEXA"));
+        QCOMPARE(
+            recorder.eventsOf(QStringLiteral("PathExpression")),
+            QStringList({ QStringLiteral("+PathExpression"), QStringLiteral("+PathExpression") }));
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
+             QStringList({ QStringLiteral("+PathExpression"), QStringLiteral("+PathExpression"),
+                           QStringLiteral("-PathExpression"), QStringLiteral("-PathExpression") }));
+}
+
+QTEST_GUILESS_MAIN(tst_PathExpression)
+
+#include "tst_pathexpression.moc"
