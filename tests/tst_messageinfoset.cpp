@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "messageinfo.h"
+#include "messageinfoset.h"
+#include "tracerrecorder.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using InfoSet = QSet<MessageInfo const *>;
+Q_DECLARE_METATYPE(MessageInfo const *)
+
+class tst_MessageInfoSet : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void changesEmitOnlyWhenContentsChange_data();
+    void changesEmitOnlyWhenContentsChange();
+    void tracing();
+
+private:
+    MessageInfo mA { QStringLiteral("A") };
+    MessageInfo mB { QStringLiteral("B") };
+    MessageInfo mC { QStringLiteral("C") };
+};
+
+namespace {
+enum Operation { Add, Remove, SetContents, Clear };
+}
+
+void tst_MessageInfoSet::changesEmitOnlyWhenContentsChange_data()
+{
+    QTest::addColumn<InfoSet>("initial");
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<InfoSet>("argument"); // one member for Add and Remove
+    QTest::addColumn<InfoSet>("expected");
+    QTest::addColumn<bool>("emits");
+
+    InfoSet const none;
+    InfoSet const a { &mA };
+    InfoSet const ab { &mA, &mB };
+    InfoSet const bc { &mB, &mC };
+
+    QTest::newRow("add new") << a << int(Add) << InfoSet { &mB } << ab << true;
+    QTest::newRow("add present") << ab << int(Add) << InfoSet { &mB } << ab << false;
+    QTest::newRow("remove present") << ab << int(Remove) << InfoSet { &mB } << a << true;
+    QTest::newRow("remove absent") << a << int(Remove) << InfoSet { &mB } << a << false;
+    QTest::newRow("set other") << ab << int(SetContents) << bc << bc << true;
+    QTest::newRow("set same") << ab << int(SetContents) << InfoSet { &mB, &mA } << ab << false;
+    QTest::newRow("set subset") << ab << int(SetContents) << a << a << true;
+    QTest::newRow("set empty") << ab << int(SetContents) << none << none << true;
+    QTest::newRow("clear") << ab << int(Clear) << none << none << true;
+    QTest::newRow("clear empty") << none << int(Clear) << none << none << false;
+}
+
+void tst_MessageInfoSet::changesEmitOnlyWhenContentsChange()
+{
+    QFETCH(InfoSet, initial);
+    QFETCH(int, operation);
+    QFETCH(InfoSet, argument);
+    QFETCH(InfoSet, expected);
+    QFETCH(bool, emits);
+
+    MessageInfoSet set;
+    set.setContents(initial);
+    QSignalSpy spy(&set, &MessageInfoSet::changed);
+
+    switch (Operation(operation)) {
+    case Add:
+        set.addMessageInfo(*argument.cbegin());
+        break;
+    case Remove:
+        set.removeMessageInfo(*argument.cbegin());
+        break;
+    case SetContents:
+        set.setContents(argument);
+        break;
+    case Clear:
+        set.clear();
+        break;
+    }
+    QCOMPARE(set.getMessageInfos(), expected);
+    QCOMPARE(spy.count(), emits ? 1 : 0);
+}
+
+void tst_MessageInfoSet::tracing()
+{
+    TracerRecorder recorder;
+    delete new MessageInfoSet;
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageInfoSet")),
+             QStringList({ QStringLiteral("+MessageInfoSet"), QStringLiteral("-MessageInfoSet") }));
+}
+
+QTEST_GUILESS_MAIN(tst_MessageInfoSet)
+
+#include "tst_messageinfoset.moc"
