@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "assertcapture.h"
+#include "dictionaryfixture.h"
+#include "fieldinfo.h"
+#include "formatinfo.h"
 #include "messageapievent.h"
 #include "messageinfo.h"
 #include "messageinfoset.h"
 #include "pathexpression.h"
+#include "testfieldinfo.h"
 #include "tracerrecorder.h"
 
 #include <QSignalSpy>
@@ -93,6 +98,9 @@ class tst_PathExpression : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
     void tokens();
     void split_data();
     void split();
@@ -112,7 +120,33 @@ private Q_SLOTS:
     void partsChangedCarriesFlags();
     void filteringSetConnections();
     void tracing();
+
+    void matchingLists_data();
+    void matchingLists();
+    void tuplesParallelOrUnique();
+    void messagesOnlyThroughMatchingFields();
+    void filteringSetNarrowsMatches_data();
+    void filteringSetNarrowsMatches();
+    void completeEditing_data();
+    void completeEditing();
+    void setupToMatchUnique();
+    void setupToMatchUniqueFieldInNoMessage();
+    void uniqueLookups_data();
+    void uniqueLookups();
+
+private:
+    DictionaryFixture *mDictionary = nullptr;
 };
+
+void tst_PathExpression::initTestCase()
+{
+    mDictionary = new DictionaryFixture;
+}
+
+void tst_PathExpression::cleanupTestCase()
+{
+    delete mDictionary;
+}
 
 void tst_PathExpression::tokens()
 {
@@ -454,6 +488,295 @@ void tst_PathExpression::tracing()
     QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
              QStringList({ QStringLiteral("+PathExpression"), QStringLiteral("+PathExpression"),
                            QStringLiteral("-PathExpression"), QStringLiteral("-PathExpression") }));
+}
+
+void tst_PathExpression::matchingLists_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<bool>("considerSubMessages");
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("fresh object lists each format once")
+        << "*:*:*" << false << F << QStringList { "VEXA", "RTCM3", "RTCM2", "CMR" };
+    QTest::newRow("message prefix")
+        << "VEXA:Pos*" << false << M << QStringList { "PosCart", "PosGeod" };
+    QTest::newRow("alternatives, other case")
+        << "vexa:velgeod|posgeod" << false << M << QStringList { "PosGeod", "VelGeod" };
+    // Repeats are told apart by object: each position message has its own "Mode" field.
+    QTest::newRow("fields once per object")
+        << "VEXA:Pos*:*" << false
+        << L << QStringList { "BlockNumber", "TOW",      "WNc",       "Mode",  "Error",
+                              "X",           "Y",        "Z",         "NrSV",  "Datum",
+                              "Mode",        "Latitude", "Longitude", "Height" };
+    QTest::newRow("shared header field once")
+        << "*:*:BlockNumber" << false << L << QStringList { "BlockNumber" };
+    QTest::newRow("one row per matching field")
+        << "VEXA:*:Mode" << false << All
+        << QStringList { "VEXA:PosCart:Mode", "VEXA:PosGeod:Mode", "VEXA:VelCart:Mode",
+                         "VEXA:VelGeod:Mode", "VEXA:DiffCorrIn:Mode" };
+    QTest::newRow("format and message repeat per field")
+        << "VEXA:*Geod:Mode|Height" << false << (F | M)
+        << QStringList { "VEXA:PosGeod", "VEXA:PosGeod", "VEXA:VelGeod" };
+    QTest::newRow("format and field joined by two separators")
+        << "VEXA:PosGeod:L*" << false << (F | L)
+        << QStringList { "VEXA::Latitude", "VEXA::Longitude" };
+    QTest::newRow("message and field of a shared field")
+        << "VEXA:Pos*:BlockNumber" << false << (M | L)
+        << QStringList { "PosCart:BlockNumber", "PosGeod:BlockNumber" };
+    QTest::newRow("non-main messages take part")
+        << "VEXA:ReceiverSetup:*" << false << L
+        << QStringList { "BlockNumber", "TOW", "WNc", "MarkerName", "RxVersion" };
+    QTest::newRow("sub-messages left out") << "VEXA:*:SVID" << false << All << QStringList();
+    QTest::newRow("sub-messages included")
+        << "VEXA:*:SVID" << true << All << QStringList { "VEXA:MeasEpochChannel:SVID" };
+    QTest::newRow("format alternatives and ranges") << "RTCM?|CMR:Type1|CMR[OR]*:*" << false << M
+                                                    << QStringList { "Type1", "CMRObs", "CMRRef" };
+    QTest::newRow("no match") << "NOPE" << false << All << QStringList();
+    QTest::newRow("no parts requested") << "*:*:*" << false << 0 << QStringList();
+}
+
+void tst_PathExpression::matchingLists()
+{
+    QFETCH(QString, expression);
+    QFETCH(bool, considerSubMessages);
+    QFETCH(int, parts);
+    QFETCH(QStringList, expected);
+
+    PathExpression pathExpression;
+    pathExpression.setString(expression);
+    pathExpression.setConsiderSubMessages(considerSubMessages);
+    QCOMPARE(pathExpression.getMatchingExpressionsStringList(Parts(parts)), expected);
+
+    if (parts == F)
+        QCOMPARE(pathExpression.getMatchingFormatsStringList(), expected);
+    if (parts == M)
+        QCOMPARE(pathExpression.getMatchingMessagesStringList(), expected);
+    if (parts == L)
+        QCOMPARE(pathExpression.getMatchingFieldsStringList(), expected);
+}
+
+void tst_PathExpression::tuplesParallelOrUnique()
+{
+    FormatInfo const *vexa = mDictionary->vexa();
+    MessageInfo const *posGeod = mDictionary->posGeod();
+    FieldInfo const *latitude = mDictionary->field("VEXA", "PosGeod", "Latitude");
+    FieldInfo const *longitude = mDictionary->field("VEXA", "PosGeod", "Longitude");
+    PathExpression const expression(QStringLiteral("VEXA:PosGeod:L*"));
+
+    // Leftovers in the vectors must go.
+    QVector<FormatInfo const *> formats { mDictionary->cmr() };
+    QVector<MessageInfo const *> messages { mDictionary->posCart() };
+    QVector<FieldInfo const *> fields { mDictionary->blockNumber() };
+
+    expression.getMatchingTuples(&formats, &messages, &fields, false);
+    QCOMPARE(formats, QVector<FormatInfo const *>({ vexa, vexa }));
+    QCOMPARE(messages, QVector<MessageInfo const *>({ posGeod, posGeod }));
+    QCOMPARE(fields, QVector<FieldInfo const *>({ latitude, longitude }));
+
+    expression.getMatchingTuples(&formats, &messages, &fields, true);
+    QCOMPARE(formats, QVector<FormatInfo const *>({ vexa }));
+    QCOMPARE(messages, QVector<MessageInfo const *>({ posGeod }));
+    QCOMPARE(fields, QVector<FieldInfo const *>({ latitude, longitude }));
+
+    expression.getMatchingTuples(nullptr, &messages, nullptr, false);
+    QCOMPARE(messages, QVector<MessageInfo const *>({ posGeod, posGeod }));
+    QCOMPARE(expression.getMatchingFieldInfos(),
+             QVector<FieldInfo const *>({ latitude, longitude }));
+    QCOMPARE(expression.getMatchingMessageInfos(), QVector<MessageInfo const *>({ posGeod }));
+}
+
+void tst_PathExpression::messagesOnlyThroughMatchingFields()
+{
+    FormatInfo extra(QStringLiteral("EXTRA"));
+    MessageInfo empty(QStringLiteral("Empty"));
+    empty.setFormatInfo(&extra);
+    extra.addMessageInfo(&empty);
+    MessageInfo filled(QStringLiteral("Filled"));
+    filled.setFormatInfo(&extra);
+    extra.addMessageInfo(&filled);
+    TestFieldInfo value(QStringLiteral("Value"), FieldType::u(8));
+    filled.addFieldInfo(&value, 0);
+
+    PathExpression expression(QStringLiteral("EXTRA"));
+    QCOMPARE(expression.getMatchingMessagesStringList(), QStringList { QStringLiteral("Filled") });
+    expression.setFieldPart(QStringLiteral("Other"));
+    QVERIFY(expression.getMatchingMessageInfos().isEmpty());
+    QVERIFY(expression.getMatchingFormatsStringList().isEmpty());
+}
+
+void tst_PathExpression::filteringSetNarrowsMatches_data()
+{
+    QTest::addColumn<QStringList>("members"); // VEXA message names; "-" for no set at all
+    QTest::addColumn<bool>("considerSubMessages");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("no set") << QStringList { "-" } << false
+                            << QStringList { "PosCart", "PosGeod", "VelCart", "VelGeod" };
+    QTest::newRow("empty set") << QStringList() << false << QStringList();
+    QTest::newRow("one member") << QStringList { "VelGeod" } << false << QStringList { "VelGeod" };
+    QTest::newRow("member outside the pattern")
+        << QStringList { "PosCart", "DiffCorrIn" } << false << QStringList { "PosCart" };
+    QTest::newRow("sub-message member, sub-messages left out")
+        << QStringList { "MeasEpochChannel", "VelCart" } << false << QStringList { "VelCart" };
+    QTest::newRow("sub-message member, sub-messages included")
+        << QStringList { "MeasEpochChannel", "VelCart" } << true
+        << QStringList { "VelCart", "MeasEpochChannel" };
+}
+
+void tst_PathExpression::filteringSetNarrowsMatches()
+{
+    QFETCH(QStringList, members);
+    QFETCH(bool, considerSubMessages);
+    QFETCH(QStringList, expected);
+
+    MessageInfoSet set;
+    for (QString const &name : qAsConst(members)) {
+        if (name != QLatin1String("-"))
+            set.addMessageInfo(mDictionary->message(QStringLiteral("VEXA"), name));
+    }
+    PathExpression expression(QStringLiteral("VEXA:Pos*|Vel*|MeasEpochChannel"));
+    expression.setConsiderSubMessages(considerSubMessages);
+    if (members != QStringList { QStringLiteral("-") })
+        expression.setFilteringMessageInfoSet(&set);
+    QCOMPARE(expression.getMatchingMessagesStringList(), expected);
+    expression.setFilteringMessageInfoSet(nullptr);
+}
+
+void tst_PathExpression::completeEditing_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QStringList>("selected");
+
+    QTest::newRow("one message, one field")
+        << "VEXA:PosGeod:Height" << QStringList { "message PosGeod", "field Height" };
+    QTest::newRow("one message, several fields")
+        << "VEXA:PosGeod:*" << QStringList { "message PosGeod" };
+    QTest::newRow("one field, several messages")
+        << "VEXA:*:BlockNumber" << QStringList { "field BlockNumber" };
+    QTest::newRow("nothing") << "NOPE" << QStringList();
+}
+
+void tst_PathExpression::completeEditing()
+{
+    QFETCH(QString, expression);
+    QFETCH(QStringList, selected);
+
+    PathExpression pathExpression;
+    pathExpression.setString(expression);
+    QStringList log;
+    connect(&pathExpression, &PathExpression::messageInfoSelected, this,
+            [&log](MessageInfo const *m) { log << QStringLiteral("message ") + m->getName(); });
+    connect(&pathExpression, &PathExpression::fieldInfoSelected, this,
+            [&log](FieldInfo const *f) { log << QStringLiteral("field ") + f->getName(); });
+    pathExpression.completeEditing();
+    QCOMPARE(log, selected);
+}
+
+void tst_PathExpression::setupToMatchUnique()
+{
+    PathExpression expression(QStringLiteral("VEXA:Pos:Lat"));
+
+    expression.setupToMatchUnique(mDictionary->rtcm2());
+    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("RTCM2:*:*"));
+    QVERIFY(!expression.getConsiderSubMessages());
+
+    MessageInfo const *channel = mDictionary->measEpochChannel();
+    expression.setupToMatchUnique(channel);
+    QCOMPARE(expression.getString(PathExpression::AllParts),
+             QStringLiteral("VEXA:MeasEpochChannel:*"));
+    QVERIFY(expression.getConsiderSubMessages());
+    QCOMPARE(expression.getMatchingMessageInfos(), QVector<MessageInfo const *> { channel });
+
+    TestFieldInfo const *mode = mDictionary->field("VEXA", "DiffCorrIn", "Mode");
+    expression.setConsiderSubMessages(false);
+    expression.setupToMatchUnique(mode);
+    QCOMPARE(expression.getString(PathExpression::AllParts),
+             QStringLiteral("VEXA:DiffCorrIn:Mode"));
+    QVERIFY(expression.getConsiderSubMessages());
+
+    // A field shared by every block lists all its messages, in the field's order.
+    expression.setupToMatchUnique(mDictionary->blockNumber());
+    QCOMPARE(expression.getString(PathExpression::AllParts),
+             QStringLiteral("VEXA:PosCart|PosGeod|VelCart|VelGeod|ReceiverStatus|MeasEpoch|"
+                            "DiffCorrIn|ReceiverSetup:BlockNumber"));
+    QCOMPARE(expression.getMatchingFieldInfos(),
+             QVector<FieldInfo const *> { mDictionary->blockNumber() });
+
+    TestFieldInfo const *svid = mDictionary->field("VEXA", "MeasEpochChannel", "SVID");
+    expression.setupToMatchUnique(svid);
+    QCOMPARE(expression.getMatchingFieldInfos(), QVector<FieldInfo const *> { svid });
+}
+
+void tst_PathExpression::setupToMatchUniqueFieldInNoMessage()
+{
+    TestFieldInfo orphan(QStringLiteral("Orphan"), FieldType::u(8));
+    PathExpression expression(QStringLiteral("VEXA:Pos:Lat"));
+    AssertCapture capture;
+
+    expression.setupToMatchUnique(&orphan);
+
+    QCOMPARE(capture.count(), 1);
+    AssertCapture::Report const report = capture.reports().constFirst();
+    QCOMPARE(report.text,
+             QByteArray("PathExpression::setupToMatchUnique: FieldInfo should at "
+                        "least occur in 1 message info"));
+    QCOMPARE(report.function, QByteArray("setupToMatchUnique"));
+    QCOMPARE(report.file, QByteArray("src/pathexpression"));
+    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
+    QVERIFY(!expression.getConsiderSubMessages());
+}
+
+void tst_PathExpression::uniqueLookups_data()
+{
+    QTest::addColumn<bool>("field"); // false: message look-up
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QString>("found"); // name of the result; empty when it must throw
+
+    QTest::newRow("field, one") << true << "VEXA:PosGeod:Height"
+                                << "Height";
+    QTest::newRow("field, two") << true << "VEXA:PosGeod:L*"
+                                << "";
+    QTest::newRow("field, one object in many messages") << true << "*:*:WNc"
+                                                        << "WNc";
+    QTest::newRow("field, none") << true << "NOPE:x:y"
+                                 << "";
+    QTest::newRow("message, one") << false << "VEXA:DiffCorrIn"
+                                  << "DiffCorrIn";
+    QTest::newRow("message, two") << false << "VEXA:Pos*"
+                                  << "";
+    QTest::newRow("message, sub-message not considered") << false << "VEXA:MeasEpochChannel"
+                                                         << "";
+    QTest::newRow("message, none") << false << ""
+                                   << "";
+}
+
+void tst_PathExpression::uniqueLookups()
+{
+    QFETCH(bool, field);
+    QFETCH(QString, expression);
+    QFETCH(QString, found);
+
+    TracerRecorder recorder;
+    QString name;
+    try {
+        name = field ? PathExpression::getUniqueFieldInfo(expression)->getName()
+                     : PathExpression::getUniqueMessageInfo(expression)->getName();
+        QCOMPARE(name, found);
+    } catch (MessageApiEvent const &event) {
+        QVERIFY2(found.isEmpty(), "unexpected throw");
+        QCOMPARE(event.getType(), MessageApiEvent::ClientError);
+        QVERIFY(event.isError());
+        QCOMPARE(event.getTypeString(), QStringLiteral("Client Error"));
+        QVERIFY(!event.getFormat());
+        QString const text = field ? QStringLiteral("Unable to resolve the following path "
+                                                    "expression to a single Field Info: %1")
+                                   : QStringLiteral("Unable to resolve the following path "
+                                                    "expression to a single Message Info: %1");
+        QCOMPARE(event.getMessage(), text.arg(expression));
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
+             QStringList({ QStringLiteral("+PathExpression"), QStringLiteral("-PathExpression") }));
 }
 
 QTEST_GUILESS_MAIN(tst_PathExpression)
