@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "dictionaryfixture.h"
 #include "messageinfo.h"
 #include "messageinfoset.h"
 #include "tracerrecorder.h"
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using InfoSet = QSet<MessageInfo const *>;
 Q_DECLARE_METATYPE(MessageInfo const *)
@@ -16,6 +18,7 @@ class tst_MessageInfoSet : public QObject
 private Q_SLOTS:
     void changesEmitOnlyWhenContentsChange_data();
     void changesEmitOnlyWhenContentsChange();
+    void flippingAlternatesGeodeticAndCartesian();
     void tracing();
 
 private:
@@ -81,6 +84,36 @@ void tst_MessageInfoSet::changesEmitOnlyWhenContentsChange()
     }
     QCOMPARE(set.getMessageInfos(), expected);
     QCOMPARE(spy.count(), emits ? 1 : 0);
+}
+
+void tst_MessageInfoSet::flippingAlternatesGeodeticAndCartesian()
+{
+    DictionaryFixture dictionary;
+    InfoSet const geodetic { dictionary.posGeod(), dictionary.velGeod() };
+    InfoSet const cartesian { dictionary.posCart(), dictionary.velCart() };
+    InfoSet const initial { dictionary.diffCorrIn() };
+
+    MessageInfoSet set;
+    set.setContents(initial);
+    QSignalSpy spy(&set, &MessageInfoSet::changed);
+    set.startFlipping();
+
+    QCOMPARE(set.findChildren<QTimer *>().size(), 1);
+    auto *timer = set.findChild<QTimer *>();
+    QCOMPARE(timer->interval(), 2000);
+    QVERIFY(!timer->isSingleShot());
+    QVERIFY(timer->isActive());
+    QCOMPARE(set.getMessageInfos(), initial);
+    QCOMPARE(spy.count(), 0);
+
+    // The period is checked above; shorten it so that the flips come without slowing the suite.
+    timer->setInterval(1);
+    InfoSet const expected[] = { geodetic, cartesian, geodetic, cartesian };
+    for (int flip = 0; flip < 4; ++flip) {
+        QVERIFY(spy.wait());
+        QCOMPARE(spy.count(), flip + 1);
+        QCOMPARE(set.getMessageInfos(), expected[flip]);
+    }
 }
 
 void tst_MessageInfoSet::tracing()
