@@ -113,6 +113,8 @@ private Q_SLOTS:
     void isWildCard_data();
     void isWildCard();
 
+    void metaSignatures_data();
+    void metaSignatures();
     void constructors();
     void textConstructorDoesNotAnnounceMatches();
     void setters_data();
@@ -317,6 +319,53 @@ void tst_PathExpression::isWildCard()
     QFETCH(bool, expected);
 
     QCOMPARE(PathExpression(expression).isWildCard(Parts(parts)), expected);
+}
+
+void tst_PathExpression::metaSignatures_data()
+{
+    QTest::addColumn<QByteArray>("signature");
+    QTest::addColumn<bool>("isSignal");
+
+    // Applications connect by these texts to objects they know only as QObject.
+    QTest::newRow("expressionChanged") << QByteArray("expressionChanged(QString)") << true;
+    QTest::newRow("formatPartChanged") << QByteArray("formatPartChanged(QString)") << true;
+    QTest::newRow("messagePartChanged") << QByteArray("messagePartChanged(QString)") << true;
+    QTest::newRow("fieldPartChanged") << QByteArray("fieldPartChanged(QString)") << true;
+    QTest::newRow("partsChanged") << QByteArray("partsChanged(QFlags<PathExpression::Part>)")
+                                  << true;
+    QTest::newRow("messageInfoSelected")
+        << QByteArray("messageInfoSelected(const MessageInfo*)") << true;
+    QTest::newRow("fieldInfoSelected") << QByteArray("fieldInfoSelected(const FieldInfo*)") << true;
+    QTest::newRow("matchesMayHaveChanged") << QByteArray("matchesMayHaveChanged()") << true;
+    QTest::newRow("setString") << QByteArray("setString(QString)") << false;
+    QTest::newRow("setString with parts")
+        << QByteArray("setString(QString,QFlags<PathExpression::Part>)") << false;
+    QTest::newRow("setFormatPart") << QByteArray("setFormatPart(QString)") << false;
+    QTest::newRow("setMessagePart") << QByteArray("setMessagePart(QString)") << false;
+    QTest::newRow("setFieldPart") << QByteArray("setFieldPart(QString)") << false;
+    QTest::newRow("setStringPrefix") << QByteArray("setStringPrefix(QString)") << false;
+    QTest::newRow("setStringPrefix with parts")
+        << QByteArray("setStringPrefix(QString,QFlags<PathExpression::Part>)") << false;
+    QTest::newRow("setFormatPartPrefix") << QByteArray("setFormatPartPrefix(QString)") << false;
+    QTest::newRow("setMessagePartPrefix") << QByteArray("setMessagePartPrefix(QString)") << false;
+    QTest::newRow("setFieldPartPrefix") << QByteArray("setFieldPartPrefix(QString)") << false;
+    QTest::newRow("setWildCard with parts")
+        << QByteArray("setWildCard(QFlags<PathExpression::Part>)") << false;
+    QTest::newRow("setWildCard") << QByteArray("setWildCard()") << false;
+    QTest::newRow("completeEditing") << QByteArray("completeEditing()") << false;
+}
+
+void tst_PathExpression::metaSignatures()
+{
+    QFETCH(QByteArray, signature);
+    QFETCH(bool, isSignal);
+
+    QMetaObject const &meta = PathExpression::staticMetaObject;
+    int const index = meta.indexOfMethod(QMetaObject::normalizedSignature(signature.constData()));
+    QVERIFY2(index >= 0, signature.constData());
+    QMetaMethod const method = meta.method(index);
+    QCOMPARE(method.methodType(), isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
+    QCOMPARE(method.access(), QMetaMethod::Public);
 }
 
 void tst_PathExpression::constructors()
