@@ -13,15 +13,10 @@
 #include <QTest>
 
 #include <algorithm>
-#include <memory>
 
 using Numbers = QList<unsigned short>;
 
 namespace {
-
-QString const diffCorrInMissing = QStringLiteral(
-    "MessageNeedManagerAdapter::MessageNeedManagerAdapter: VEXA DiffCorrIn message info not "
-    "available!");
 
 Numbers sorted(Numbers numbers)
 {
@@ -29,53 +24,44 @@ Numbers sorted(Numbers numbers)
     return numbers;
 }
 
-/// Message types outside the sample dictionary, alive for one test.
-struct ExtraMessages
+/// The sample dictionary plus message types it lacks, for one test.
+struct Dictionary : DictionaryFixture
 {
-    explicit ExtraMessages(FormatInfo const *vexa)
+    Dictionary()
     {
-        foreign.setFormatInfo(&other);
-        foreign.addDiscriminantValue(&number, FieldValue::u(4006, 16));
-        revised.setFormatInfo(vexa);
-        revised.addDiscriminantValue(&number, FieldValue::u(0x2F5A, 16));
-        sameNumber.setFormatInfo(vexa);
-        sameNumber.addDiscriminantValue(&number, FieldValue::u(0x0F5A, 16));
-        wide.setFormatInfo(vexa);
-        wide.addDiscriminantValue(&number, FieldValue::u(4100, 32));
+        auto add = [this](MessageInfo *info, FormatInfo const *format, FieldValue const &number) {
+            info->setFormatInfo(format);
+            info->addDiscriminantValue(&mNumber, number);
+        };
+        add(&mForeign, &mOther, FieldValue::u(4006, 16));
+        add(&mRevised, vexa(), FieldValue::u(0x2F5A, 16));
+        add(&mSameNumber, vexa(), FieldValue::u(0x0F5A, 16));
+        add(&mWide, vexa(), FieldValue::u(4100, 32));
     }
 
-    MessageInfo const *find(QString const &name) const
+    /// "FORMAT:Name" of the sample dictionary, or the name of an extra message type.
+    QVector<MessageInfo const *> lookUp(QStringList const &names) const
     {
-        for (MessageInfo const *info : { &foreign, &revised, &sameNumber, &wide, &formatless }) {
-            if (info->getName() == name)
-                return info;
+        QVector<MessageInfo const *> infos;
+        for (QString const &name : names) {
+            QStringList const pieces = name.split(QLatin1Char(':'));
+            MessageInfo const *info = pieces.size() == 2 ? message(pieces[0], pieces[1]) : nullptr;
+            for (MessageInfo const *extra : { &mForeign, &mRevised, &mSameNumber, &mWide }) {
+                if (extra->getName() == name)
+                    info = extra;
+            }
+            infos.append(info);
         }
-        return nullptr;
+        return infos;
     }
 
-    TestFieldInfo number { QStringLiteral("Number"), FieldType::u(16) };
-    FormatInfo other { QStringLiteral("OTHER") };
-    MessageInfo foreign { QStringLiteral("Foreign") };
-    MessageInfo revised { QStringLiteral("Revised") };
-    MessageInfo sameNumber { QStringLiteral("SameNumber") };
-    MessageInfo wide { QStringLiteral("Wide") };
-    MessageInfo formatless { QStringLiteral("Formatless") };
+    TestFieldInfo mNumber { QStringLiteral("Number"), FieldType::u(16) };
+    FormatInfo mOther { QStringLiteral("OTHER") };
+    MessageInfo mForeign { QStringLiteral("Foreign") };
+    MessageInfo mRevised { QStringLiteral("Revised") };
+    MessageInfo mSameNumber { QStringLiteral("SameNumber") };
+    MessageInfo mWide { QStringLiteral("Wide") };
 };
-
-/// "FORMAT:Name" of the sample dictionary, or "Name" of an extra message type.
-QVector<MessageInfo const *> lookUp(DictionaryFixture const &dictionary, ExtraMessages const &extra,
-                                    QStringList const &names)
-{
-    QVector<MessageInfo const *> infos;
-    for (QString const &name : names) {
-        QStringList const pieces = name.split(QLatin1Char(':'));
-        MessageInfo const *info
-            = pieces.size() == 2 ? dictionary.message(pieces[0], pieces[1]) : extra.find(name);
-        Q_ASSERT(info);
-        infos.append(info);
-    }
-    return infos;
-}
 
 } // namespace
 
@@ -88,12 +74,10 @@ private Q_SLOTS:
     void requiredMessages();
     void followsTheManagersOrder();
     void signalsEveryChangeOfTheSet();
-    void listValidRightAfterConstruction();
     void withoutDiffCorrIn_data();
     void withoutDiffCorrIn();
     void messageWithoutUsableNumber_data();
     void messageWithoutUsableNumber();
-    void tracing();
 };
 
 void tst_MessageNeedManagerAdapter::requiredMessages_data()
@@ -101,25 +85,19 @@ void tst_MessageNeedManagerAdapter::requiredMessages_data()
     QTest::addColumn<QStringList>("needed");
     QTest::addColumn<Numbers>("expected"); // sorted: the adapter keeps the manager's hash order
 
-    QTest::newRow("nothing") << QStringList() << Numbers();
     QTest::newRow("main messages")
         << QStringList { "VEXA:PosCart", "VEXA:VelGeod" } << Numbers { 4006, 4009 };
     QTest::newRow("two RTCM3 and a CMR fold into one")
         << QStringList { "RTCM3:Type1004", "RTCM3:Type1005", "CMR:CMRObs" } << Numbers { 5919 };
-    QTest::newRow("every correction format")
-        << QStringList { "RTCM2:Type1", "RTCM3:MSM7", "CMR:CMRDesc" } << Numbers { 5919 };
     QTest::newRow("correction input itself and RTCM2")
         << QStringList { "VEXA:DiffCorrIn", "RTCM2:Type1" } << Numbers { 5919 };
     QTest::newRow("corrections next to main messages")
         << QStringList { "RTCM2:Type3", "VEXA:PosGeod", "CMR:CMRRef", "VEXA:MeasEpoch" }
         << Numbers { 4007, 4027, 5919 };
-    QTest::newRow("non-main message") << QStringList { "VEXA:ReceiverSetup" } << Numbers();
-    QTest::newRow("non-main next to main")
+    QTest::newRow("non-main message")
         << QStringList { "VEXA:ReceiverSetup", "VEXA:ReceiverStatus" } << Numbers { 4014 };
     QTest::newRow("other format, same number") << QStringList { "Foreign" } << Numbers();
-    QTest::newRow("no format") << QStringList { "Formatless" } << Numbers();
-    QTest::newRow("upper three bits cleared") << QStringList { "Revised" } << Numbers { 0xF5A };
-    QTest::newRow("equal numbers kept twice")
+    QTest::newRow("upper three bits cleared, equal numbers kept")
         << QStringList { "Revised", "SameNumber" } << Numbers { 0xF5A, 0xF5A };
 }
 
@@ -128,13 +106,12 @@ void tst_MessageNeedManagerAdapter::requiredMessages()
     QFETCH(QStringList, needed);
     QFETCH(Numbers, expected);
 
-    DictionaryFixture dictionary;
-    ExtraMessages extra(dictionary.vexa());
+    Dictionary dictionary;
     MessageNeedManager manager;
     auto *adapter = new MessageNeedManagerAdapter(&manager);
     {
         MessageNeed need(&manager);
-        need.setMessagesNeeded(lookUp(dictionary, extra, needed));
+        need.setMessagesNeeded(dictionary.lookUp(needed));
         QCOMPARE(sorted(adapter->getRequiredMessagesList()), expected);
     }
     QCOMPARE(adapter->getRequiredMessagesList(), Numbers());
@@ -149,9 +126,10 @@ void tst_MessageNeedManagerAdapter::followsTheManagersOrder()
         { dictionary.receiverStatus(), 4014 }, { dictionary.measEpoch(), 4027 },
     };
     MessageNeedManager manager;
-    MessageNeedManagerAdapter adapter(&manager);
     MessageNeed need(&manager);
     need.setMessagesNeeded(QVector<MessageInfo const *>(numbers.keyBegin(), numbers.keyEnd()));
+    // Built right in the constructor, from needs that were there before.
+    MessageNeedManagerAdapter adapter(&manager);
 
     Numbers inManagerOrder;
     QList<MessageInfo const *> const needed = manager.getMessagesNeeded();
@@ -163,43 +141,31 @@ void tst_MessageNeedManagerAdapter::followsTheManagersOrder()
 void tst_MessageNeedManagerAdapter::signalsEveryChangeOfTheSet()
 {
     DictionaryFixture dictionary;
-    MessageNeedManager manager;
-    MessageNeedManagerAdapter adapter(&manager);
-    QCOMPARE(adapter.getMessageNeedManager(), &manager);
-    QCOMPARE(adapter.parent(), &manager);
-    QSignalSpy spy(&adapter, &MessageNeedManagerAdapter::requiredMessagesChanged);
-    MessageNeed first(&manager);
-    MessageNeed second(&manager);
+    TracerRecorder recorder;
+    {
+        MessageNeedManager manager;
+        auto *adapter = new MessageNeedManagerAdapter(&manager);
+        QCOMPARE(adapter->getMessageNeedManager(), &manager);
+        QCOMPARE(adapter->parent(), &manager);
+        QSignalSpy spy(adapter, &MessageNeedManagerAdapter::requiredMessagesChanged);
+        MessageNeed first(&manager), second(&manager);
 
-    first.addMessageNeeded(dictionary.message("RTCM3", "Type1004"));
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(adapter.getRequiredMessagesList(), Numbers { 5919 });
-
-    // The set changes, the list does not: still announced.
-    second.addMessageNeeded(dictionary.message("CMR", "CMRObs"));
-    QCOMPARE(spy.count(), 2);
-    QCOMPARE(adapter.getRequiredMessagesList(), Numbers { 5919 });
-
-    // A second need of a needed type leaves the set as it is.
-    second.addMessageNeeded(dictionary.message("RTCM3", "Type1004"));
-    QCOMPARE(spy.count(), 2);
-    first.clearMessagesNeeded();
-    QCOMPARE(spy.count(), 2);
-
-    second.clearMessagesNeeded();
-    QCOMPARE(spy.count(), 3);
-    QCOMPARE(adapter.getRequiredMessagesList(), Numbers());
-}
-
-void tst_MessageNeedManagerAdapter::listValidRightAfterConstruction()
-{
-    DictionaryFixture dictionary;
-    MessageNeedManager manager;
-    MessageNeed need(&manager);
-    need.setMessagesNeeded({ dictionary.velCart(), dictionary.message("RTCM2", "Type18") });
-
-    MessageNeedManagerAdapter adapter(&manager);
-    QCOMPARE(sorted(adapter.getRequiredMessagesList()), Numbers({ 4008, 5919 }));
+        first.addMessageNeeded(dictionary.message("RTCM3", "Type1004"));
+        QCOMPARE(spy.count(), 1);
+        // The set changes, the list does not: still announced.
+        second.addMessageNeeded(dictionary.message("CMR", "CMRObs"));
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(adapter->getRequiredMessagesList(), Numbers { 5919 });
+        // A second need of a needed type leaves the set as it is.
+        second.addMessageNeeded(dictionary.message("RTCM3", "Type1004"));
+        first.clearMessagesNeeded();
+        QCOMPARE(spy.count(), 2);
+        second.clearMessagesNeeded();
+        QCOMPARE(spy.count(), 3);
+        QCOMPARE(adapter->getRequiredMessagesList(), Numbers());
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageNeedManagerAdapter")),
+             QStringList({ "+MessageNeedManagerAdapter", "-MessageNeedManagerAdapter" }));
 }
 
 void tst_MessageNeedManagerAdapter::withoutDiffCorrIn_data()
@@ -214,27 +180,26 @@ void tst_MessageNeedManagerAdapter::withoutDiffCorrIn()
 {
     QFETCH(int, diffCorrInCount);
 
-    // A dictionary of its own, so that the correction input is missing or ambiguous.
+    // A dictionary of its own, in which the correction input is missing or ambiguous.
     TestFieldInfo number(QStringLiteral("BlockNumber"), FieldType::u(16));
-    FormatInfo vexa(QStringLiteral("VEXA"));
-    FormatInfo rtcm3(QStringLiteral("RTCM3"));
-    MessageInfo position(QStringLiteral("PosCart"));
+    FormatInfo vexa(QStringLiteral("VEXA")), rtcm3(QStringLiteral("RTCM3"));
+    MessageInfo position(QStringLiteral("PosCart")), correction(QStringLiteral("Type1004"));
     position.setFormatInfo(&vexa);
     position.addDiscriminantValue(&number, FieldValue::u(4006, 16));
-    MessageInfo correction(QStringLiteral("Type1004"));
     correction.setFormatInfo(&rtcm3);
-    std::vector<std::unique_ptr<MessageInfo>> diffCorrIns;
+    MessageInfo diffCorrIns[2] { MessageInfo(QStringLiteral("DiffCorrIn")),
+                                 MessageInfo(QStringLiteral("DiffCorrIn")) };
     for (int i = 0; i < diffCorrInCount; ++i) {
-        diffCorrIns.emplace_back(new MessageInfo(QStringLiteral("DiffCorrIn")));
-        diffCorrIns.back()->setFormatInfo(&vexa);
-        diffCorrIns.back()->addFieldInfo(&number, 0);
-        vexa.addMessageInfo(diffCorrIns.back().get());
+        diffCorrIns[i].addFieldInfo(&number, 0);
+        vexa.addMessageInfo(&diffCorrIns[i]);
     }
 
     MessageNeedManager manager;
     WarningCapture warnings;
     MessageNeedManagerAdapter adapter(&manager);
-    QCOMPARE(warnings.warnings(), QStringList { diffCorrInMissing });
+    QCOMPARE(warnings.warnings(),
+             QStringList { "MessageNeedManagerAdapter::MessageNeedManagerAdapter: VEXA DiffCorrIn "
+                           "message info not available!" });
 
     MessageNeed need(&manager);
     need.setMessagesNeeded({ &correction, &position });
@@ -244,46 +209,26 @@ void tst_MessageNeedManagerAdapter::withoutDiffCorrIn()
 void tst_MessageNeedManagerAdapter::messageWithoutUsableNumber_data()
 {
     QTest::addColumn<QString>("needed");
-    QTest::addColumn<QString>("warning");
 
-    QTest::newRow("no discriminant")
-        << "VEXA:MeasEpochChannel"
-        << "MessageNeedManagerAdapter::processMessageSetChange: MeasEpochChannel has no message "
-           "number";
-    QTest::newRow("wider than 16 bits")
-        << "Wide"
-        << "MessageNeedManagerAdapter::processMessageSetChange: Wide has no message number";
+    QTest::newRow("no discriminant") << "VEXA:MeasEpochChannel";
+    QTest::newRow("wider than 16 bits") << "Wide";
 }
 
 void tst_MessageNeedManagerAdapter::messageWithoutUsableNumber()
 {
     QFETCH(QString, needed);
-    QFETCH(QString, warning);
 
-    DictionaryFixture dictionary;
-    ExtraMessages extra(dictionary.vexa());
+    Dictionary dictionary;
     MessageNeedManager manager;
     MessageNeedManagerAdapter adapter(&manager);
     MessageNeed need(&manager);
     WarningCapture warnings;
-    need.setMessagesNeeded(lookUp(dictionary, extra, { needed, QStringLiteral("VEXA:PosCart") }));
-    QCOMPARE(warnings.warnings(), QStringList { warning });
+    need.setMessagesNeeded(dictionary.lookUp({ needed, QStringLiteral("VEXA:PosCart") }));
+    QCOMPARE(warnings.warnings(),
+             QStringList { QStringLiteral("MessageNeedManagerAdapter::processMessageSetChange: %1 "
+                                          "has no message number")
+                               .arg(needed.section(QLatin1Char(':'), -1)) });
     QCOMPARE(adapter.getRequiredMessagesList(), Numbers { 4006 });
-}
-
-void tst_MessageNeedManagerAdapter::tracing()
-{
-    DictionaryFixture dictionary;
-    TracerRecorder recorder;
-    {
-        MessageNeedManager manager;
-        new MessageNeedManagerAdapter(&manager);
-        QCOMPARE(recorder.eventsOf(QStringLiteral("MessageNeedManagerAdapter")),
-                 QStringList { QStringLiteral("+MessageNeedManagerAdapter") });
-    }
-    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageNeedManagerAdapter")),
-             QStringList({ QStringLiteral("+MessageNeedManagerAdapter"),
-                           QStringLiteral("-MessageNeedManagerAdapter") }));
 }
 
 QTEST_GUILESS_MAIN(tst_MessageNeedManagerAdapter)
