@@ -61,10 +61,10 @@ void tst_FieldInfoUnits::table_data()
     QTest::addColumn<QString>("singular");
     QTest::addColumn<QString>("plural");
 
-    auto row = [](int unit, int selectedUnit, QString identifier, QString symbol,
-                  QString singular, QString plural) {
+    auto row = [](int unit, int selectedUnit, QString identifier, QString symbol, QString singular,
+                  QString plural) {
         QTest::addRow("%d %s", unit, qPrintable(identifier))
-                << unit << selectedUnit << identifier << symbol << singular << plural;
+            << unit << selectedUnit << identifier << symbol << singular << plural;
     };
     // selectedUnit is what setUnit(identifier) gives: 52 shares its identifier with 24, which
     // comes first.
@@ -194,8 +194,9 @@ void tst_FieldInfoUnits::wrongTableSizeIsReported()
         if (line.startsWith(QLatin1String("report|")))
             reports.append(line);
     }
-    QCOMPARE(reports, QStringList{QStringLiteral(
-                              "report|ensureExplicitUnits|Units missing in ensureExplicitUnits()")});
+    QCOMPARE(reports,
+             QStringList { QStringLiteral(
+                 "report|ensureExplicitUnits|Units missing in ensureExplicitUnits()") });
 }
 
 void tst_FieldInfoUnits::knownIdentifiers_data()
@@ -205,12 +206,11 @@ void tst_FieldInfoUnits::knownIdentifiers_data()
     QTest::addColumn<int>("expected");
 
     QTest::newRow("empty text on a new field") << QString() << QStringLiteral("") << 0;
-    QTest::newRow("empty text clears a unit") << QStringLiteral("meter") << QStringLiteral("")
-                                              << 0;
+    QTest::newRow("empty text clears a unit") << QStringLiteral("meter") << QStringLiteral("") << 0;
     QTest::newRow("identifier replaces a unit")
-            << QStringLiteral("meter") << QStringLiteral("second") << 5;
+        << QStringLiteral("meter") << QStringLiteral("second") << 5;
     QTest::newRow("shared identifier selects the lower unit")
-            << QString() << QStringLiteral("secondpersecondsquared") << 24;
+        << QString() << QStringLiteral("secondpersecondsquared") << 24;
     QTest::newRow("identifier that equals its symbol") << QString() << QStringLiteral("ppm") << 48;
 }
 
@@ -239,9 +239,9 @@ void tst_FieldInfoUnits::unknownTextAddsRowButKeepsUnit()
     TestFieldInfo field(QStringLiteral("Height"), FieldType::f64());
     field.setUnit(QStringLiteral("m"));
     QCOMPARE(warnings.warnings(),
-             QStringList({QStringLiteral("Field  \"Height\"  has unknown unit  \"m\" . "),
-                          QStringLiteral("FieldInfo::Unit enum needs a new value for it, which "
-                                         "must also be included by ensureExplicitUnits(). ")}));
+             QStringList({ QStringLiteral("Field  \"Height\"  has unknown unit  \"m\" . "),
+                           QStringLiteral("FieldInfo::Unit enum needs a new value for it, which "
+                                          "must also be included by ensureExplicitUnits(). ") }));
     QCOMPARE(field.getUnit(), FieldInfo::NoUnit);
     QVERIFY(!field.hasUnit());
 
@@ -277,16 +277,16 @@ void tst_FieldInfoUnits::unknownTexts_data()
     QTest::newRow("long name") << QString() << QStringLiteral("Speed")
                                << QStringLiteral("meter/second")
                                << QStringLiteral(
-                                          "Field  \"Speed\"  has unknown unit  \"meter/second\" . ");
+                                      "Field  \"Speed\"  has unknown unit  \"meter/second\" . ");
     QTest::newRow("identifier in other case keeps the unit")
-            << QStringLiteral("meter") << QStringLiteral("X") << QStringLiteral("Meter")
-            << QStringLiteral("Field  \"X\"  has unknown unit  \"Meter\" . ");
+        << QStringLiteral("meter") << QStringLiteral("X") << QStringLiteral("Meter")
+        << QStringLiteral("Field  \"X\"  has unknown unit  \"Meter\" . ");
     QTest::newRow("blanks around an identifier")
-            << QString() << QStringLiteral("Y") << QStringLiteral(" meter ")
-            << QStringLiteral("Field  \"Y\"  has unknown unit  \" meter \" . ");
+        << QString() << QStringLiteral("Y") << QStringLiteral(" meter ")
+        << QStringLiteral("Field  \"Y\"  has unknown unit  \" meter \" . ");
     QTest::newRow("quotes and non-ASCII are written as they are")
-            << QString() << QStringLiteral("T\"1\"") << QStringLiteral("\u00b0F")
-            << QStringLiteral("Field  \"T\"1\"\"  has unknown unit  \"\u00b0F\" . ");
+        << QString() << QStringLiteral("T\"1\"") << QStringLiteral("\u00b0F")
+        << QStringLiteral("Field  \"T\"1\"\"  has unknown unit  \"\u00b0F\" . ");
 }
 
 void tst_FieldInfoUnits::unknownTexts()
@@ -323,9 +323,9 @@ void tst_FieldInfoUnits::unknownUnitValue_data()
     QTest::addColumn<QString>("warning");
 
     QTest::newRow("never handed out, symbol")
-            << 1000 << true << QStringLiteral("Unknown unit enum value 1000");
+        << 1000 << true << QStringLiteral("Unknown unit enum value 1000");
     QTest::newRow("never handed out, name")
-            << 1000 << false << QStringLiteral("Unknown unit enum value 1000");
+        << 1000 << false << QStringLiteral("Unknown unit enum value 1000");
     QTest::newRow("negative") << -3 << true << QStringLiteral("Unknown unit enum value -3");
 }
 
@@ -337,7 +337,7 @@ void tst_FieldInfoUnits::unknownUnitValue()
 
     WarningCapture warnings;
     QCOMPARE(FieldInfo::unitToString(Unit(unit), abbreviated), QStringLiteral("unknown unit"));
-    QCOMPARE(warnings.warnings(), QStringList{warning});
+    QCOMPARE(warnings.warnings(), QStringList { warning });
     QVERIFY(!FieldInfo::sUnitToUnitDataMap.contains(Unit(unit)));
 }
 
