@@ -237,8 +237,18 @@ public:
     bool isStringField() const;
 
 private:
+    friend class MessageInfo;
+
     FieldInfo(FieldInfo const &) = delete;
     FieldInfo &operator=(FieldInfo const &) = delete;
+
+    // A message keeps pointers to its key fields and discriminant fields beyond membership;
+    // these record which messages do, so that each side can unlink itself when destroyed.
+    void heldBy(MessageInfo *message) const;
+    void releasedBy(MessageInfo *message) const;
+    /// The referenced sub-message type is being destroyed: the type keeps its kind but names
+    /// no message type any more.
+    void subMessageInfoDestroyed();
 
     QString mName;
     FieldType mType;
@@ -265,6 +275,13 @@ private:
     Role mRole;
     bool mIsConfidential;
     bool mIsVirtual;
+    mutable QVector<MessageInfo *> mHoldingMessageInfos;
 };
+
+/// The hash of a unit is its integer value (seeded as Qt seeds integers).
+inline decltype(qHash(0)) qHash(FieldInfo::Unit unit, decltype(qHash(0)) seed = 0)
+{
+    return qHash(int(unit), seed);
+}
 
 #endif // MESSAGEAPI_FIELDINFO_H
