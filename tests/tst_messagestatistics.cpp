@@ -254,6 +254,12 @@ void tst_MessageStatistics::gapDetection_data()
         << "on 1000 2000 3000 5000 8000" << 2 << 3 << "4000:1:1000 6000:2:1000";
     QTest::newRow("an irregular interval cancels the rate")
         << "on 1000 2000 3000 4500 7500" << 1 << 1 << "4000:1:1000";
+    QTest::newRow("a shorter interval cancels the rate")
+        << "on 1000 2000 3000 3500 5500" << 0 << 0 << "";
+    QTest::newRow("a zero interval cancels the rate")
+        << "on 1000 2000 3000 3000 5000" << 0 << 0 << "";
+    QTest::newRow("unknown time cancels the rate")
+        << "on 1000 2000 3000 0 5000 7000" << 0 << 0 << "";
     QTest::newRow("time going backwards cancels the rate")
         << "on 1000 2000 3000 2500 5500" << 0 << 0 << "";
     QTest::newRow("epoch closed one interval late")
@@ -343,8 +349,9 @@ void tst_MessageStatistics::gapStoreLimit()
     QVERIFY(statistics.hasUnstoredGaps());
     close(1000);
     close(2000);
+    close(3000);
     QCOMPARE(statistics.getNumberOfGaps(), 22);
-    QCOMPARE(statistics.getNumberOfMissingEpochs(), 19 + 2 + 1 + 2);
+    QCOMPARE(statistics.getNumberOfMissingEpochs(), 19 + 2 + 1 + 3);
     QCOMPARE(statistics.getGaps().size(), 20);
     QCOMPARE(statistics.getGaps().constLast().missingEpochs, 2u);
     QCOMPARE(statistics.getGaps().constLast().startMillis, 3000ULL + 19 * 3000 + 1000);
