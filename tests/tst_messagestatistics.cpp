@@ -247,6 +247,8 @@ void tst_MessageStatistics::gapDetection_data()
     QTest::newRow("two missing epochs") << "on 1000 2000 3000 6000" << 1 << 2 << "4000:2:1000";
     QTest::newRow("gap detection off") << "1000 2000 3000 6000" << 0 << 0 << "";
     QTest::newRow("one interval is not yet a rate") << "on 1000 2000 4000" << 0 << 0 << "";
+    QTest::newRow("repeated zero intervals are no rate")
+        << "on 1000 1000 1000 3000 4000 6000" << 0 << 0 << "";
     QTest::newRow("regular messages") << "on 1000 2000 3000 4000 5000" << 0 << 0 << "";
     QTest::newRow("a late message misses the epoch it passed")
         << "on 1000 2000 3000 4001" << 1 << 1 << "4000:1:1000";
