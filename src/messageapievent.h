@@ -8,6 +8,8 @@
 #include <QMetaType>
 #include <QString>
 
+#include <cstdint>
+
 class FormatInfo;
 
 /**
@@ -23,7 +25,7 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageApiEvent
 
 public:
     /// The numeric values are part of the interface: counts and signals carry them.
-    enum Type {
+    enum Type : int32_t {
         ConnectionOpened = 0,
         ConnectionClosed = 1,
         CrcError = 2,

@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef MESSAGEAPI_FIELDINFO_H
+#define MESSAGEAPI_FIELDINFO_H
+
+#include "fieldtype.h"
+#include "fieldvalue.h"
+#include "messageapiframework_export.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QVector>
+
+#include <cstdint>
+
+class Message;
+class MessageInfo;
+
+/**
+ * One field of one or more message types: its name and type, how a raw value becomes a
+ * readable text (scale factor, precision, representation mode, unit, symbolic values, a
+ * do-not-use value), its place in the messages that contain it, and its sub-fields.
+ *
+ * Abstract: the format-specific code that builds the dictionary derives from it and supplies
+ * the operations that read a field's values out of a decoded Message. Descriptors link by plain
+ * pointers and never own one another; the destructor unlinks the field from its messages, its
+ * parent, its sub-fields and the message type it refers to.
+ */
+class MESSAGEAPIFRAMEWORK_EXPORT FieldInfo
+{
+    Q_DECLARE_TR_FUNCTIONS(FieldInfo)
+
+public:
+    /// The role of a field; the values are the dictionary builders' own.
+    enum Role : int32_t { NoRole = 0 };
+
+    /// Physical units. 0 to 62 are fixed; values from 63 up are handed out at run time to unit
+    /// names the table does not know.
+    enum Unit : int32_t {
+        NoUnit = 0,
+        UnitMeter = 1,
+        UnitKilometer = 2,
+        UnitDecimeter = 3,
+        UnitMillimeter = 4,
+        UnitSecond = 5,
+        UnitMicrosecond = 6,
+        UnitNanosecond = 7,
+        UnitMeterPerSecond = 8,
+        UnitMillimeterPerSecond = 9,
+        UnitKilometerPerSecond = 10,
+        UnitWeek = 11,
+        UnitHertz = 12,
+        UnitKilohertz = 13,
+        UnitRadian = 14,
+        UnitDegree = 15,
+        UnitChip = 16,
+        UnitCycle = 17,
+        UnitCelsius = 18,
+        UnitSemicircle = 19,
+        UnitDegreePerSecond = 20,
+        UnitSemicirclePerSecond = 21,
+        UnitSemicirclePerSecondSquared = 22,
+        UnitSecondPerSecond = 23,
+        UnitSecondPerSquareSecond = 24,
+        UnitMeterSqrt = 25,
+        UnitMeterPerSecondSquared = 26,
+        UnitKilometerPerSecondSquared = 27,
+        UnitMeterSquared = 28,
+        UnitDegreeSquared = 29,
+        UnitMeterSquaredPerSecondSquared = 30,
+        UnitBaud = 31,
+        UnitByte = 32,
+        UnitMegabyte = 33,
+        UnitKilobytePerSecond = 34,
+        UnitDay = 35,
+        UnitDecibel = 36,
+        UnitDecibelHertz = 37,
+        UnitDecibelMilliwatt = 38,
+        UnitHertzSquaredPerCycleSquared = 39,
+        UnitHertzPerHertz = 40,
+        UnitHour = 41,
+        UnitMessage = 42,
+        UnitMeterCycleSquared = 43,
+        UnitMillisecond = 44,
+        UnitMinute = 45,
+        UnitMonth = 46,
+        UnitPercent = 47,
+        UnitPpm = 48,
+        UnitSecondPerMsd = 49,
+        UnitSecondPerOrbitPeriod = 50,
+        UnitSecondPerOrbitPeriodSquared = 51,
+        UnitSecondPerSecondSquared = 52,
+        UnitSecondPerSemicircle = 53,
+        UnitSecondPerSemicircleCubed = 54,
+        UnitSecondPerSemicircleSquared = 55,
+        UnitWattPerMeterSquaredHertz = 56,
+        UnitWattPerMeterSquaredHertzPerDegree = 57,
+        UnitWattPerMeterSquaredHertzPerDegreeSquared = 58,
+        UnitMilliampere = 59,
+        UnitMillivolt = 60,
+        UnitYear = 61,
+        UnitMilligauss = 62
+    };
+
+    /// One row of the unit table.
+    struct UnitData
+    {
+        Unit unit = NoUnit;
+        QString identifier;   ///< compact name matched by setUnit, e.g. "meterpersecond"
+        QString singularText; ///< e.g. "meter/second"
+        QString pluralText;
+        QString symbol;       ///< written with values, e.g. "m/s"
+        bool symbolAfterValue = false;
+    };
+
+    /// A symbolic text and the value it names.
+    struct Value
+    {
+        QString text;
+        FieldValue value;
+    };
+
+    FieldInfo(QString name, FieldType const &type);
+    virtual ~FieldInfo();
+
+    /// Whether the field is present in the message.
+    virtual bool isPresent(Message const *message) const = 0;
+    /// How many values the field has in the message; 0 when absent.
+    virtual unsigned int getNumberOfValues(Message const *message) const = 0;
+    /// The field's value number index in the message.
+    virtual FieldValue getValue(Message const *message, unsigned int index) const = 0;
+    /// Writes value number index into the message; false when it cannot.
+    virtual bool setValue(Message *message, unsigned int index, FieldValue const &value) const = 0;
+    /**
+     * The characters of a string field (repeated Char or NChar) up to the first zero character.
+     * Throws a ClientError MessageApiEvent for any other field.
+     */
+    virtual QString getValueString(Message const *message) const;
+    /// The value a new message holds in this field.
+    virtual FieldValue getDefaultValue() const = 0;
+
+    QString getName() const { return mName; }
+    FieldType const &getType() const { return mType; }
+    QString getShortDescriptiveText() const { return mShortDescriptiveText; }
+    void setShortDescriptiveText(QString text);
+    QString getDescriptiveText() const { return mDescriptiveText; }
+    void setDescriptiveText(QString text);
+
+    bool isOptional() const { return mIsOptional; }
+    void setIsOptional(bool isOptional);
+    bool isRepeated() const { return mIsRepeated; }
+    void setIsRepeated(bool isRepeated);
+    bool isVirtual() const { return mIsVirtual; }
+    void setVirtual(bool isVirtual);
+    /// Whether the value may be shown is decided by MessageApi, not here.
+    bool isConfidential() const { return mIsConfidential; }
+    void setConfidential(bool isConfidential);
+
+    Role getRole() const { return mRole; }
+    bool hasRole() const { return mHasRole; }
+    void setRole(Role role);
+
+    double getScaleFactor() const { return mScaleFactor; }
+    /// True when the factor is not exactly 1.0.
+    bool hasScaleFactor() const;
+    void setScaleFactor(double scaleFactor);
+    signed char getPrecision() const { return mPrecision; }
+    /// True when the precision is not -1.
+    bool hasPrecision() const;
+    void setPrecision(signed char precision);
+    FieldValue::RepresentationMode getRepresentationMode() const { return mRepresentationMode; }
+    /// True when the mode is not Natural.
+    bool hasRepresentationMode() const;
+    void setRepresentationMode(FieldValue::RepresentationMode mode);
+
+    // Units.
+    Unit getUnit() const { return mUnit; }
+    bool hasUnit() const { return mUnit != NoUnit; }
+    /**
+     * Sets the unit from its identifier ("meterpersecond"). An unknown identifier gives two
+     * warnings and a new table row whose texts are the identifier itself, but leaves this
+     * field's unit as it was: a later setUnit with the same text finds the new row.
+     */
+    void setUnit(QString text);
+    /// The unit's symbol, or its singular name; "unknown unit" (and a warning) for a value not
+    /// in the table.
+    static QString unitToString(Unit const &unit, bool abbreviated);
+    QString getUnitString(bool abbreviated) const;
+    /// Fills the unit table on the first call; later calls return at once.
+    static void ensureExplicitUnits();
+    /// The process-wide unit table.
+    static QHash<Unit, UnitData> sUnitToUnitDataMap;
+
+    // Do-not-use value.
+    bool hasDoNotUseValue() const { return mHasDoNotUseValue; }
+    FieldValue const &getDoNotUseValue() const { return mDoNotUseValue; }
+    void setDoNotUseValue(FieldValue const &value);
+    bool isDoNotUseValue(FieldValue const &value) const;
+    /// "N/A", translated on each call.
+    QString getDoNotUseString() const;
+
+    // Membership in messages; called by MessageInfo::addFieldInfo and removeFieldInfo.
+    void addMessageInfo(MessageInfo *message, int index);
+    void removeMessageInfo(MessageInfo *message);
+    /// The index stored for the message, also after the field left it; -1 when none.
+    int getIndexInMessageInfo(MessageInfo const *message) const;
+    bool occursIn(MessageInfo const *message) const;
+    QVector<MessageInfo *> getMessageInfos();
+    QVector<MessageInfo const *> getMessageInfos() const;
+
+    // Sub-fields.
+    void addSubFieldInfo(FieldInfo *subField);
+    void removeSubFieldInfo(FieldInfo *subField);
+    QVector<FieldInfo *> getSubFieldInfos();
+    QVector<FieldInfo const *> getSubFieldInfos() const;
+    bool hasSubFieldInfos() const;
+    FieldInfo *getParentFieldInfo() { return mParentFieldInfo; }
+    FieldInfo const *getParentFieldInfo() const { return mParentFieldInfo; }
+    bool hasParentFieldInfo() const { return mParentFieldInfo != nullptr; }
+
+    // Symbolic values.
+    /// Adds a symbolic text for a value; a later text for the same value replaces the earlier.
+    void addSymbolicValue(FieldValue const &value, QString text);
+    /// The symbolic text of the value, or an empty string.
+    QString getSymbolicRepresentationForValue(FieldValue const &value) const;
+    /// The values with a symbolic text, in order of addition, repeats included.
+    QList<FieldValue> getValuesWithSymbolicRepresentation() const;
+
+    // Rendering.
+    /// The value as text with the field's precision and representation mode; nothing else.
+    QString getRawString(FieldValue const &value) const;
+    /// The value as a reader sees it: "N/A", a symbolic text, or the scaled value with the
+    /// field's precision and, when wanted, its unit.
+    QString getInterpretedString(FieldValue const &value, bool withUnit) const;
+    /// Repeated Char or NChar.
+    bool isStringField() const;
+
+private:
+    FieldInfo(FieldInfo const &) = delete;
+    FieldInfo &operator=(FieldInfo const &) = delete;
+
+    QString mName;
+    FieldType mType;
+    QString mShortDescriptiveText;
+    QString mDescriptiveText;
+    bool mIsOptional;
+    bool mIsRepeated;
+    QVector<MessageInfo *> mMessageInfos;
+    QVector<MessageInfo const *> mConstMessageInfos;
+    QHash<MessageInfo const *, int> mIndexInMessageInfo;
+    QVector<FieldInfo *> mSubFieldInfos;
+    QVector<FieldInfo const *> mConstSubFieldInfos;
+    FieldInfo *mParentFieldInfo;
+    Unit mUnit;
+    UnitData mUnitData;
+    double mScaleFactor;
+    signed char mPrecision;
+    FieldValue::RepresentationMode mRepresentationMode;
+    QList<FieldValue> mSymbolicValues;
+    QHash<FieldValue, Value> mSymbolicValueMap;
+    bool mHasDoNotUseValue;
+    FieldValue mDoNotUseValue;
+    bool mHasRole;
+    Role mRole;
+    bool mIsConfidential;
+    bool mIsVirtual;
+};
+
+#endif // MESSAGEAPI_FIELDINFO_H

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef MESSAGEAPI_MESSAGEINFO_H
+#define MESSAGEAPI_MESSAGEINFO_H
+
+#include "fieldvalue.h"
+#include "messageapiframework_export.h"
+
+#include <QHash>
+#include <QString>
+#include <QVector>
+
+class FieldInfo;
+class FormatInfo;
+
+/**
+ * One message type of a format: its fields, key fields, the fields of other messages that
+ * embed it, and the discriminants that tell it apart from other message types by values of a
+ * common header.
+ *
+ * Descriptors link by plain pointers in both directions and never own one another: the
+ * destructor only unlinks its fields. Whoever created a descriptor deletes it.
+ */
+class MESSAGEAPIFRAMEWORK_EXPORT MessageInfo
+{
+public:
+    /// A closed range of discriminant values; a single value has low == high.
+    struct DiscriminantValueRange
+    {
+        FieldValue low;
+        FieldValue high;
+    };
+
+    /// The accepted values of one header field, at one position of the discriminant lookup.
+    struct Discriminant
+    {
+        FieldInfo const *fieldInfo = nullptr;
+        QVector<DiscriminantValueRange> ranges;
+    };
+
+    /// Not registered anywhere: the creator adds it to its format and sets the format itself.
+    explicit MessageInfo(QString name);
+    virtual ~MessageInfo();
+
+    QString getName() const { return mName; }
+    QString getShortDescriptiveText() const { return mShortDescriptiveText; }
+    void setShortDescriptiveText(QString text);
+    QString getDescriptiveText() const { return mDescriptiveText; }
+    void setDescriptiveText(QString text);
+
+    FormatInfo const *getFormatInfo() const { return mFormatInfo; }
+    void setFormatInfo(FormatInfo const *format);
+    /// Whether this is a main message type (true unless set otherwise).
+    bool isMain() const { return mIsMain; }
+    void setIsMain(bool isMain);
+
+    /**
+     * Appends a field. index is the position the field reports for this message
+     * (FieldInfo::getIndexInMessageInfo); it need not be the position in this message's list.
+     */
+    void addFieldInfo(FieldInfo *field, int index, bool isKey = false);
+    /// Removes a field; a removed key field stays among the key fields.
+    void removeFieldInfo(FieldInfo *field);
+    /// The field of that name (the latest added), or null.
+    FieldInfo const *getFieldInfo(QString const &name) const;
+    QVector<FieldInfo *> getFieldInfos();
+    QVector<FieldInfo const *> getFieldInfos() const;
+    QVector<FieldInfo const *> getKeyFieldInfos() const;
+
+    /// Fields of other messages whose type is this message as a sub-message.
+    void addReferringFieldInfo(FieldInfo *field);
+    void removeReferringFieldInfo(FieldInfo *field);
+    QVector<FieldInfo *> getReferringFieldInfos();
+    QVector<FieldInfo const *> getReferringFieldInfos() const;
+
+    /// The discriminant of the field, created empty as the next position when new.
+    Discriminant &getDiscriminant(FieldInfo const *field);
+    QVector<Discriminant> const &getDiscriminants() const;
+    /// Appends a range (not checked) to the field's discriminant.
+    void addDiscriminantValueRange(FieldInfo const *field, FieldValue const &low, FieldValue const &high);
+    void addDiscriminantValue(FieldInfo const *field, FieldValue const &value);
+
+private:
+    MessageInfo(MessageInfo const &) = delete;
+    MessageInfo &operator=(MessageInfo const &) = delete;
+
+    QString mName;
+    QString mShortDescriptiveText;
+    QString mDescriptiveText;
+    QVector<FieldInfo *> mFieldInfos;
+    QVector<FieldInfo const *> mConstFieldInfos;
+    QHash<QString, FieldInfo const *> mFieldInfoByName;
+    QVector<FieldInfo const *> mKeyFieldInfos;
+    FormatInfo const *mFormatInfo;
+    bool mIsMain;
+    QVector<FieldInfo *> mReferringFieldInfos;
+    QVector<FieldInfo const *> mConstReferringFieldInfos;
+    QVector<Discriminant> mDiscriminants;
+};
+
+#endif // MESSAGEAPI_MESSAGEINFO_H
