@@ -13,7 +13,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 // Sources, the multiplexer, and what all classes of the message flow share: the signatures
@@ -25,25 +24,30 @@ class tst_MessageSource : public QObject
 private Q_SLOTS:
     void reports_data();
     void reports();
-    void multiplexerForwardsInSamePhase_data();
     void multiplexerForwardsInSamePhase();
     void multiplexerForwardsTwiceWhenAddedTwice();
     void removeSourceCutsOnlyThatSource();
     void nestedMultiplexersKeepPhaseOrder();
-    void signaturesForStringConnections_data();
     void signaturesForStringConnections();
     void tracing_data();
     void tracing();
 };
 
 namespace {
-// Only the identity of a message matters to the flow; it never looks inside.
+// Only the identity of a message or format matters to the flow; it never looks inside.
 TestMessage gMessage(nullptr);
 auto *const gFormat = reinterpret_cast<FormatInfo const *>(0x5678);
+const QStringList gAllSignals { "early", "normal", "late", "unknown", "event" };
 
-using Emitter = std::function<void(MessageSource &)>;
+void emitAll(MessageSource &source)
+{
+    Q_EMIT source.newMessageEarly(&gMessage);
+    Q_EMIT source.newMessage(&gMessage);
+    Q_EMIT source.newMessageLate(&gMessage);
+    Q_EMIT source.newUnknownMessage(gFormat, QStringLiteral("type 77"));
+    source.reportEvent(MessageApiEvent(MessageApiEvent::DecoderError, source.getName(), gFormat));
+}
 } // namespace
-Q_DECLARE_METATYPE(Emitter)
 
 void tst_MessageSource::reports_data()
 {
@@ -81,51 +85,22 @@ void tst_MessageSource::reports()
     QCOMPARE(event.getFormat(), report == 2 ? &format : nullptr);
 }
 
-void tst_MessageSource::multiplexerForwardsInSamePhase_data()
-{
-    QTest::addColumn<Emitter>("emitter");
-    QTest::addColumn<QString>("signal");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("early") << Emitter([](MessageSource &s) { Q_EMIT s.newMessageEarly(&gMessage); })
-                           << "early"
-                           << "";
-    QTest::newRow("normal") << Emitter([](MessageSource &s) { Q_EMIT s.newMessage(&gMessage); })
-                            << "normal"
-                            << "";
-    QTest::newRow("late") << Emitter([](MessageSource &s) { Q_EMIT s.newMessageLate(&gMessage); })
-                          << "late"
-                          << "";
-    QTest::newRow("unknown") << Emitter([](MessageSource &s) {
-        Q_EMIT s.newUnknownMessage(gFormat, QStringLiteral("type 77"));
-    }) << "unknown"
-                             << "type 77";
-    QTest::newRow("event") << Emitter([](MessageSource &s) {
-        s.reportEvent(
-            MessageApiEvent(MessageApiEvent::DecoderError, QStringLiteral("bad"), gFormat));
-    }) << "event"
-                           << "bad";
-}
-
 void tst_MessageSource::multiplexerForwardsInSamePhase()
 {
-    QFETCH(Emitter, emitter);
-    QFETCH(QString, signal);
-    QFETCH(QString, text);
-
     MessageSource source(QStringLiteral("A"), nullptr);
     MessageSourceMultiplexer mux(QStringLiteral("M"), nullptr);
     mux.addSource(&source);
     SourceRecorder recorder(&mux);
-    emitter(source);
+    emitAll(source);
 
-    QCOMPARE(recorder.signalNames(), QStringList { signal });
-    const auto &record = recorder.records.at(0);
-    QCOMPARE(record.subject,
-             signal == QLatin1String("unknown") || signal == QLatin1String("event")
-                 ? static_cast<void const *>(gFormat)
-                 : static_cast<void const *>(&gMessage));
-    QCOMPARE(record.text, text);
+    QCOMPARE(recorder.signalNames(), gAllSignals);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(recorder.records[i].subject, &gMessage);
+    QCOMPARE(recorder.records[3].subject, gFormat);
+    QCOMPARE(recorder.records[3].text, QStringLiteral("type 77"));
+    QCOMPARE(recorder.records[4].subject, gFormat);
+    QCOMPARE(recorder.records[4].text, QStringLiteral("A"));
+    QCOMPARE(recorder.records[4].eventType, int(MessageApiEvent::DecoderError));
 }
 
 void tst_MessageSource::multiplexerForwardsTwiceWhenAddedTwice()
@@ -135,9 +110,12 @@ void tst_MessageSource::multiplexerForwardsTwiceWhenAddedTwice()
     mux.addSource(&source);
     mux.addSource(&source);
     SourceRecorder recorder(&mux);
-    Q_EMIT source.newMessage(&gMessage);
-    Q_EMIT source.newUnknownMessage(gFormat, QString());
-    QCOMPARE(recorder.signalNames(), QStringList({ "normal", "normal", "unknown", "unknown" }));
+    emitAll(source);
+
+    QStringList twice;
+    for (QString const &name : gAllSignals)
+        twice << name << name;
+    QCOMPARE(recorder.signalNames(), twice);
 }
 
 void tst_MessageSource::removeSourceCutsOnlyThatSource()
@@ -153,18 +131,12 @@ void tst_MessageSource::removeSourceCutsOnlyThatSource()
     SourceRecorder muxRecorder(&mux);
     SourceRecorder aRecorder(&a);
     mux.removeSource(&a);
+    emitAll(a);
+    emitAll(b);
 
-    for (MessageSource *source : { &a, &b }) {
-        Q_EMIT source->newMessageEarly(&gMessage);
-        Q_EMIT source->newMessage(&gMessage);
-        Q_EMIT source->newMessageLate(&gMessage);
-        Q_EMIT source->newUnknownMessage(gFormat, QString());
-        source->reportConnectionOpenedEvent();
-    }
-    const QStringList all { "early", "normal", "late", "unknown", "event" };
-    QCOMPARE(muxRecorder.signalNames(), all);
-    QCOMPARE(muxRecorder.records.last().text, QStringLiteral("B connection opened"));
-    QCOMPARE(aRecorder.signalNames(), all); // A's other listeners keep hearing it
+    QCOMPARE(muxRecorder.signalNames(), gAllSignals);
+    QCOMPARE(muxRecorder.records.last().text, QStringLiteral("B"));
+    QCOMPARE(aRecorder.signalNames(), gAllSignals); // A's other listeners keep hearing it
 }
 
 void tst_MessageSource::nestedMultiplexersKeepPhaseOrder()
@@ -175,84 +147,53 @@ void tst_MessageSource::nestedMultiplexersKeepPhaseOrder()
     inner.addSource(&source);
     outer.addSource(&inner);
     SourceRecorder recorder(&outer);
-
-    Q_EMIT source.newMessageEarly(&gMessage);
-    Q_EMIT source.newMessage(&gMessage);
-    Q_EMIT source.newMessageLate(&gMessage);
+    emitAll(source);
     source.reportConnectionClosedEvent();
-    QCOMPARE(recorder.signalNames(), QStringList({ "early", "normal", "late", "event" }));
+
+    QCOMPARE(recorder.signalNames(), gAllSignals + QStringList { "event" });
     // Forwarded events keep the original source's text; the multiplexers add nothing.
     QCOMPARE(recorder.records.last().text, QStringLiteral("A connection closed"));
 }
 
-void tst_MessageSource::signaturesForStringConnections_data()
-{
-    QTest::addColumn<QByteArray>("className");
-    QTest::addColumn<QByteArray>("signature");
-    QTest::addColumn<int>("methodType");
-    QTest::addColumn<int>("access");
-
-    const int signal = QMetaMethod::Signal, slot = QMetaMethod::Slot;
-    const int pub = QMetaMethod::Public, priv = QMetaMethod::Private;
-    QTest::newRow("newMessage") << QByteArray("MessageSource")
-                                << QByteArray("newMessage(const Message*)") << signal << pub;
-    QTest::newRow("newMessageEarly")
-        << QByteArray("MessageSource") << QByteArray("newMessageEarly(const Message*)") << signal
-        << pub;
-    QTest::newRow("newMessageLate")
-        << QByteArray("MessageSource") << QByteArray("newMessageLate(const Message*)") << signal
-        << pub;
-    QTest::newRow("newUnknownMessage")
-        << QByteArray("MessageSource") << QByteArray("newUnknownMessage(const FormatInfo*,QString)")
-        << signal << pub;
-    QTest::newRow("newEvent") << QByteArray("MessageSource")
-                              << QByteArray("newEvent(MessageApiEvent)") << signal << pub;
-    QTest::newRow("reportEvent") << QByteArray("MessageSource")
-                                 << QByteArray("reportEvent(MessageApiEvent)") << slot << pub;
-    QTest::newRow("reportConnectionOpenedEvent")
-        << QByteArray("MessageSource") << QByteArray("reportConnectionOpenedEvent()") << slot
-        << pub;
-    QTest::newRow("reportConnectionClosedEvent")
-        << QByteArray("MessageSource") << QByteArray("reportConnectionClosedEvent()") << slot
-        << pub;
-    QTest::newRow("reportCRCErrorEvent")
-        << QByteArray("MessageSource") << QByteArray("reportCRCErrorEvent(const FormatInfo*)")
-        << slot << pub;
-    QTest::newRow("decodeMessage buffer")
-        << QByteArray("AbstractDecoder") << QByteArray("decodeMessage(const uint8_t*,uint)") << slot
-        << pub;
-    QTest::newRow("decodeMessage array")
-        << QByteArray("AbstractDecoder") << QByteArray("decodeMessage(QByteArray)") << slot << pub;
-    QTest::newRow("processVexa") << QByteArray("ParseMessagesAdapter")
-                                 << QByteArray("processVexa(uint,uint)") << slot << priv;
-    QTest::newRow("reportCRCError")
-        << QByteArray("ParseMessagesAdapter") << QByteArray("reportCRCError()") << slot << priv;
-    QTest::newRow("cleared") << QByteArray("EventLog") << QByteArray("cleared()") << signal << pub;
-    QTest::newRow("newEntry") << QByteArray("EventLog") << QByteArray("newEntry(EventLog::Entry)")
-                              << signal << pub;
-    QTest::newRow("processEvent") << QByteArray("EventLog")
-                                  << QByteArray("processEvent(MessageApiEvent)") << slot << pub;
-    QTest::newRow("clear") << QByteArray("EventLog") << QByteArray("clear()") << slot << pub;
-}
-
 void tst_MessageSource::signaturesForStringConnections()
 {
-    QFETCH(QByteArray, className);
-    QFETCH(QByteArray, signature);
-    QFETCH(int, methodType);
-    QFETCH(int, access);
-
-    const QHash<QByteArray, QMetaObject const *> classes {
-        { "MessageSource", &MessageSource::staticMetaObject },
-        { "AbstractDecoder", &AbstractDecoder::staticMetaObject },
-        { "ParseMessagesAdapter", &ParseMessagesAdapter::staticMetaObject },
-        { "EventLog", &EventLog::staticMetaObject }
+    struct Method
+    {
+        QMetaObject const *meta;
+        char const *signature;
+        QMetaMethod::MethodType type;
+        QMetaMethod::Access access;
     };
-    QMetaObject const *meta = classes.value(className);
-    const int index = meta->indexOfMethod(signature.constData());
-    QVERIFY2(index >= meta->methodOffset(), signature.constData());
-    QCOMPARE(int(meta->method(index).methodType()), methodType);
-    QCOMPARE(int(meta->method(index).access()), access);
+    const auto signal = QMetaMethod::Signal, slot = QMetaMethod::Slot;
+    const auto pub = QMetaMethod::Public;
+    QMetaObject const *const source = &MessageSource::staticMetaObject;
+    QMetaObject const *const log = &EventLog::staticMetaObject;
+    const Method methods[] = {
+        { source, "newMessage(const Message*)", signal, pub },
+        { source, "newMessageEarly(const Message*)", signal, pub },
+        { source, "newMessageLate(const Message*)", signal, pub },
+        { source, "newUnknownMessage(const FormatInfo*,QString)", signal, pub },
+        { source, "newEvent(MessageApiEvent)", signal, pub },
+        { source, "reportEvent(MessageApiEvent)", slot, pub },
+        { source, "reportConnectionOpenedEvent()", slot, pub },
+        { source, "reportConnectionClosedEvent()", slot, pub },
+        { source, "reportCRCErrorEvent(const FormatInfo*)", slot, pub },
+        { &AbstractDecoder::staticMetaObject, "decodeMessage(const uint8_t*,uint)", slot, pub },
+        { &AbstractDecoder::staticMetaObject, "decodeMessage(QByteArray)", slot, pub },
+        { &ParseMessagesAdapter::staticMetaObject, "processVexa(uint,uint)", slot,
+          QMetaMethod::Private },
+        { &ParseMessagesAdapter::staticMetaObject, "reportCRCError()", slot, QMetaMethod::Private },
+        { log, "cleared()", signal, pub },
+        { log, "newEntry(EventLog::Entry)", signal, pub },
+        { log, "processEvent(MessageApiEvent)", slot, pub },
+        { log, "clear()", slot, pub },
+    };
+    for (Method const &method : methods) {
+        const int index = method.meta->indexOfMethod(method.signature);
+        QVERIFY2(index >= method.meta->methodOffset(), method.signature);
+        QCOMPARE(method.meta->method(index).methodType(), method.type);
+        QCOMPARE(method.meta->method(index).access(), method.access);
+    }
 }
 
 void tst_MessageSource::tracing_data()
