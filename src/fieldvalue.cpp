@@ -28,10 +28,35 @@ bool isCharacter(FieldType::BasisType kind)
     return kind == FieldType::Char || kind == FieldType::NChar;
 }
 
+// A single lives in the low half of the payload, a double in all of it.
+float storedSingle(uint64_t payload)
+{
+    const auto bits = static_cast<uint32_t>(payload);
+    float v;
+    std::memcpy(&v, &bits, sizeof v);
+    return v;
+}
+
+double storedDouble(uint64_t payload)
+{
+    double v;
+    std::memcpy(&v, &payload, sizeof v);
+    return v;
+}
+
 // Integers and characters in hexadecimal are padded to two characters, never cut.
 QString hexPadded(QString digits)
 {
     return digits.rightJustified(2, QLatin1Char('0'));
+}
+
+// A negative number in hexadecimal is a minus sign and its magnitude, not its two's complement
+// (which is what Qt 5's conversion would give).
+QString signedHex(qint64 v)
+{
+    if (v >= 0)
+        return QString::number(v, 16);
+    return QLatin1Char('-') + QString::number(0 - static_cast<quint64>(v), 16);
 }
 
 } // namespace
@@ -238,29 +263,15 @@ template <> unsigned char FieldValue::get<unsigned char>() const
 template <> double FieldValue::get<double>() const
 {
     assertType(FieldType::Float, 64);
-    if (mType.getBitSize() == 64) {
-        double v;
-        std::memcpy(&v, &mPayload, sizeof v);
-        return v;
-    }
-    const auto bits = static_cast<uint32_t>(mPayload);
-    float v;
-    std::memcpy(&v, &bits, sizeof v);
-    return v;
+    return mType.getBitSize() == 64 ? storedDouble(mPayload) : storedSingle(mPayload);
 }
 
 template <> float FieldValue::get<float>() const
 {
     assertType(FieldType::Float, 32);
-    if (mType.getBitSize() == 64) {
-        double v;
-        std::memcpy(&v, &mPayload, sizeof v);
-        return static_cast<float>(v);
-    }
-    const auto bits = static_cast<uint32_t>(mPayload);
-    float v;
-    std::memcpy(&v, &bits, sizeof v);
-    return v;
+    if (mType.getBitSize() == 64)
+        return static_cast<float>(storedDouble(mPayload));
+    return storedSingle(mPayload);
 }
 
 char FieldValue::getChar() const
@@ -288,18 +299,11 @@ double FieldValue::scaled(double factor) const
         return static_cast<double>(get<unsigned long long>()) * factor;
     case FieldType::SignedInteger:
         return static_cast<double>(get<long long>()) * factor;
-    case FieldType::Float: {
-        // Read directly: any size other than 64 holds a single.
-        if (mType.getBitSize() == 64) {
-            double v;
-            std::memcpy(&v, &mPayload, sizeof v);
-            return v * factor;
-        }
-        const auto bits = static_cast<uint32_t>(mPayload);
-        float v;
-        std::memcpy(&v, &bits, sizeof v);
-        return static_cast<double>(v) * factor;
-    }
+    case FieldType::Float:
+        // Read without the size check: any size other than 64 holds a single.
+        if (mType.getBitSize() == 64)
+            return storedDouble(mPayload) * factor;
+        return static_cast<double>(storedSingle(mPayload)) * factor;
     case FieldType::Char:
     case FieldType::NChar:
     case FieldType::Byte:
@@ -384,7 +388,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
     case FieldType::SignedInteger: {
         const auto v = static_cast<qlonglong>(mPayload);
         if (mode == Hexadecimal)
-            result = hexPadded(QString::number(v, 16));
+            result = hexPadded(signedHex(v));
         else if (mode != Decimal && localized)
             result = locale.toString(v);
         else
@@ -404,7 +408,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
         // The code reads as a signed 8-bit number, so 255 shows as "-1".
         const int code = static_cast<signed char>(static_cast<uint8_t>(mPayload));
         if (mode == Hexadecimal)
-            result = hexPadded(QString::number(code, 16));
+            result = hexPadded(signedHex(code));
         else if (mode == Decimal)
             result = QString::number(code);
         else
