@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef MESSAGEAPI_TESTS_TESTPARSER_H
+#define MESSAGEAPI_TESTS_TESTPARSER_H
+
+#include <QByteArray>
+#include <QObject>
+
+/**
+ * Stands in for an application's stream parser: a fixed buffer whose start holds the latest
+ * complete block, and the parser's signals. The buffer never moves, so a pointer to it stays
+ * valid for the parser's life.
+ */
+class TestParser : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int capacity = 4096;
+
+    explicit TestParser(QObject *parent = nullptr);
+
+    char const *buffer() const { return mBuffer.constData(); }
+    /// Copies the block to the start of the buffer and emits vexa(id, its size).
+    void deliverBlock(unsigned int id, QByteArray const &block);
+
+Q_SIGNALS:
+    void vexa(unsigned int id, unsigned int length);
+    void crcErrorVexa();
+
+private:
+    QByteArray mBuffer;
+};
+
+/// Stands in for an application's connection object.
+class TestConnection : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+Q_SIGNALS:
+    void connected();
+    void connectionClosed();
+};
+
+#endif // MESSAGEAPI_TESTS_TESTPARSER_H
