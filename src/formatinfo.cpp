@@ -49,6 +49,10 @@ void FormatInfo::addMessageInfo(MessageInfo const *info)
 {
     mMessageInfos.append(info);
     mMessageInfosIncludingSubMessages.append(info);
+    mMessageNames += info->getName();
+    mMessageNameEnds.append(int(mMessageNames.size()));
+    mAllMessageNames += info->getName();
+    mAllMessageNameEnds.append(int(mAllMessageNames.size()));
     mMessageInfoByName[info->getName()] = info;
 
     // Insertion keeps the list sorted and stable: a new name goes after every equal one.
@@ -62,6 +66,8 @@ void FormatInfo::addMessageInfo(MessageInfo const *info)
 void FormatInfo::addSubMessageInfo(MessageInfo const *info)
 {
     mMessageInfosIncludingSubMessages.append(info);
+    mAllMessageNames += info->getName();
+    mAllMessageNameEnds.append(int(mAllMessageNames.size()));
 }
 
 MessageInfo const *FormatInfo::getMessageInfo(QString const &name) const

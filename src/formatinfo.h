@@ -65,6 +65,8 @@ public:
     static QHash<QString, FormatInfo const *> sFormatInfoMap;
 
 private:
+    friend class DictionaryAccess;
+
     FormatInfo(FormatInfo const &) = delete;
     FormatInfo &operator=(FormatInfo const &) = delete;
 
@@ -73,6 +75,12 @@ private:
     QVector<MessageInfo const *> mMessageInfos;
     QVector<MessageInfo const *> mMessageInfosAlphabetically;
     QVector<MessageInfo const *> mMessageInfosIncludingSubMessages;
+    // The names of mMessageInfos and of mMessageInfosIncludingSubMessages one after the other,
+    // and where each ends: walks that match every message name read them in one sequence.
+    QString mMessageNames;
+    QVector<int> mMessageNameEnds;
+    QString mAllMessageNames;
+    QVector<int> mAllMessageNameEnds;
     QHash<QString, MessageInfo const *> mMessageInfoByName;
 };
 

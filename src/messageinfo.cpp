@@ -60,6 +60,8 @@ void MessageInfo::addFieldInfo(FieldInfo *field, int index, bool isKey)
 {
     mFieldInfos.append(field);
     mConstFieldInfos.append(field);
+    mFieldNames += field->getName();
+    mFieldNameEnds.append(int(mFieldNames.size()));
     mFieldInfoByName[field->getName()] = field;
     field->addMessageInfo(this, index);
     if (isKey) {
@@ -82,6 +84,12 @@ void MessageInfo::removeFieldInfo(FieldInfo *field)
     if (position >= 0) {
         mFieldInfos.remove(position);
         mConstFieldInfos.remove(position);
+        mFieldNames.clear();
+        mFieldNameEnds.clear();
+        for (FieldInfo const *member : std::as_const(mConstFieldInfos)) {
+            mFieldNames += member->getName();
+            mFieldNameEnds.append(int(mFieldNames.size()));
+        }
     }
     // By name, whoever the entry points at; key fields are deliberately kept.
     mFieldInfoByName.remove(field->getName());

@@ -86,6 +86,7 @@ public:
 
 private:
     friend class FieldInfo;
+    friend class DictionaryAccess;
 
     MessageInfo(MessageInfo const &) = delete;
     MessageInfo &operator=(MessageInfo const &) = delete;
@@ -99,6 +100,10 @@ private:
     QString mDescriptiveText;
     QVector<FieldInfo *> mFieldInfos;
     QVector<FieldInfo const *> mConstFieldInfos;
+    // The names of mConstFieldInfos one after the other, and where each ends: walks that match
+    // every field name read them in one sequence instead of visiting every field.
+    QString mFieldNames;
+    QVector<int> mFieldNameEnds;
     QHash<QString, FieldInfo const *> mFieldInfoByName;
     QVector<FieldInfo const *> mKeyFieldInfos;
     FormatInfo const *mFormatInfo;

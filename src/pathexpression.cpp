@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "pathexpression.h"
 
-#include "auxiliary/qtcompat.h"
+#include "auxiliary/dictionaryaccess.h"
 #include "auxiliary/tracing.h"
+#include "auxiliary/wildcardmatcher.h"
 #include "fieldinfo.h"
 #include "formatinfo.h"
 #include "messageapievent.h"
@@ -10,6 +11,8 @@
 #include "messageinfoset.h"
 
 #include <QSet>
+
+#include <vector>
 
 MSGAPI_SOURCE_FILE("PATHEXPRESSION", "src/pathexpression")
 
@@ -29,15 +32,71 @@ void registerPartsMetaType()
     Q_UNUSED(registered);
 }
 
-// Appends item unless the vector already holds it; recent items are the likeliest repeats.
-template <typename T> void appendTo(QVector<T> *vector, T item, bool unique)
+/**
+ * One part of an expression, read once: its alternatives (cut at "|", with ":" read as "*"),
+ * each a wildcard matcher. Matching a name then builds no regular expression and no string.
+ */
+class NamePattern
 {
-    if (!vector)
-        return;
-    if (unique && vector->lastIndexOf(item) >= 0)
-        return;
-    vector->append(item);
-}
+public:
+    explicit NamePattern(QString const &pattern)
+    {
+        QStringList const alternatives = pattern.split(PathExpression::getOrOperator());
+        for (QString alternative : alternatives) {
+            // A separator cannot occur in a name; read it as the start of a wildcard instead.
+            alternative.replace(PathExpression::getSeparator(), PathExpression::getWildCard());
+            mAlternatives.emplace_back(alternative);
+            if (mAlternatives.back().matchesEverything())
+                mMatchesEverything = true;
+        }
+    }
+
+    bool matches(QStringView name) const
+    {
+        if (mMatchesEverything)
+            return true;
+        for (WildcardMatcher const &alternative : mAlternatives) {
+            if (alternative.matches(name))
+                return true;
+        }
+        return false;
+    }
+
+private:
+    std::vector<WildcardMatcher> mAlternatives;
+    bool mMatchesEverything = false;
+};
+
+/// Collects the items of one result vector, each once when unique (the order of first
+/// appearance is kept).
+template <typename T> class ResultCollector
+{
+public:
+    ResultCollector(QVector<T> *vector, bool unique)
+        : mVector(vector)
+        , mUnique(unique)
+    { }
+
+    void append(T item)
+    {
+        if (!mVector)
+            return;
+        if (mUnique) {
+            // The same format or message comes for each of its matching fields in a row.
+            if (!mVector->isEmpty() && mVector->constLast() == item)
+                return;
+            if (mSeen.contains(item))
+                return;
+            mSeen.insert(item);
+        }
+        mVector->append(item);
+    }
+
+private:
+    QVector<T> *mVector;
+    bool mUnique;
+    QSet<T> mSeen;
+};
 
 } // namespace
 
@@ -131,15 +190,7 @@ void PathExpression::split(QString const &expression, QString &format, QString &
 
 bool PathExpression::matchesName(QString const &name, QString const &pattern) const
 {
-    QStringList const alternatives = pattern.split(getOrOperator());
-    for (QString alternative : alternatives) {
-        // A separator cannot occur in a name; read it as the start of a wildcard instead.
-        alternative.replace(getSeparator(), getWildCard());
-        QRegExp const matcher(alternative, Qt::CaseInsensitive, QRegExp::Wildcard);
-        if (matcher.exactMatch(name))
-            return true;
-    }
-    return false;
+    return NamePattern(pattern).matches(name);
 }
 
 QString PathExpression::maybeAppendWildCard(QString const &text) const
@@ -189,25 +240,38 @@ void PathExpression::getMatchingTuples(QVector<FormatInfo const *> *formats,
         ? mFilteringMessageInfoSet->getMessageInfos()
         : QSet<MessageInfo const *>();
 
+    // Each part is read once per evaluation, not once per name.
+    NamePattern const formatPattern(mFormatPart);
+    NamePattern const messagePattern(mMessagePart);
+    NamePattern const fieldPattern(mFieldPart);
+    ResultCollector<FormatInfo const *> formatResults(formats, unique);
+    ResultCollector<MessageInfo const *> messageResults(messages, unique);
+    ResultCollector<FieldInfo const *> fieldResults(fields, unique);
+
+    // Names are read from each descriptor's sequence of its children's names: one pass over
+    // contiguous memory instead of a visit to every message and field.
     QVector<FormatInfo const *> const allFormats = FormatInfo::getFormatInfos();
     for (FormatInfo const *format : allFormats) {
-        if (!matchesName(format->getName(), mFormatPart))
+        if (!formatPattern.matches(DictionaryAccess::name(format)))
             continue;
-        QVector<MessageInfo const *> const formatMessages = mConsiderSubMessages
-            ? format->getMessageInfosIncludingSubMessages()
-            : format->getMessageInfos();
-        for (MessageInfo const *message : formatMessages) {
+        QVector<MessageInfo const *> const &formatMessages =
+            DictionaryAccess::messages(format, mConsiderSubMessages);
+        NameSequence const messageNames =
+            DictionaryAccess::messageNames(format, mConsiderSubMessages);
+        for (int m = 0; m < messageNames.size(); ++m) {
+            MessageInfo const *message = formatMessages.at(m);
             if (mFilteringMessageInfoSet && !filter.contains(message))
                 continue;
-            if (!matchesName(message->getName(), mMessagePart))
+            if (!messagePattern.matches(messageNames.at(m)))
                 continue;
-            QVector<FieldInfo const *> const messageFields = message->getFieldInfos();
-            for (FieldInfo const *field : messageFields) {
-                if (!matchesName(field->getName(), mFieldPart))
+            QVector<FieldInfo const *> const &messageFields = DictionaryAccess::fields(message);
+            NameSequence const fieldNames = DictionaryAccess::fieldNames(message);
+            for (int f = 0; f < fieldNames.size(); ++f) {
+                if (!fieldPattern.matches(fieldNames.at(f)))
                     continue;
-                appendTo(formats, format, unique);
-                appendTo(messages, message, unique);
-                appendTo(fields, field, unique);
+                formatResults.append(format);
+                messageResults.append(message);
+                fieldResults.append(messageFields.at(f));
             }
         }
     }

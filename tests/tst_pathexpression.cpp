@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "assertcapture.h"
+#include "auxiliary/qtcompat.h"
 #include "dictionaryfixture.h"
 #include "fieldinfo.h"
 #include "formatinfo.h"
@@ -12,6 +13,9 @@
 
 #include <QSignalSpy>
 #include <QTest>
+
+#include <memory>
+#include <random>
 
 using Parts = PathExpression::Parts;
 
@@ -39,6 +43,77 @@ void recordSignals(PathExpression *e, QStringList *log)
                      [log] { log->append(QStringLiteral("matches")); });
 }
 
+// The matching rules as they literally read: one case-insensitive wildcard QRegExp per
+// alternative, with ":" read as "*".
+bool literalMatch(QString const &name, QString const &pattern)
+{
+    QStringList const alternatives = pattern.split(QLatin1Char('|'));
+    for (QString alternative : alternatives) {
+        alternative.replace(QLatin1Char(':'), QLatin1Char('*'));
+        if (QRegExp(alternative, Qt::CaseInsensitive, QRegExp::Wildcard).exactMatch(name))
+            return true;
+    }
+    return false;
+}
+
+struct Tuples
+{
+    QVector<FormatInfo const *> formats;
+    QVector<MessageInfo const *> messages;
+    QVector<FieldInfo const *> fields;
+};
+
+// The registry walk as it literally reads, with literalMatch() and repeats searched from the end.
+Tuples literalWalk(PathExpression const &expression, bool unique)
+{
+    Tuples tuples;
+    auto append = [unique](auto &vector, auto item) {
+        if (!unique || vector.lastIndexOf(item) < 0)
+            vector.append(item);
+    };
+    for (FormatInfo const *format : FormatInfo::getFormatInfos()) {
+        if (!literalMatch(format->getName(), expression.getFormatPart()))
+            continue;
+        QVector<MessageInfo const *> const messages = expression.getConsiderSubMessages()
+            ? format->getMessageInfosIncludingSubMessages()
+            : format->getMessageInfos();
+        for (MessageInfo const *message : messages) {
+            if (!literalMatch(message->getName(), expression.getMessagePart()))
+                continue;
+            for (FieldInfo const *field : message->getFieldInfos()) {
+                if (!literalMatch(field->getName(), expression.getFieldPart()))
+                    continue;
+                append(tuples.formats, format);
+                append(tuples.messages, message);
+                append(tuples.fields, field);
+            }
+        }
+    }
+    return tuples;
+}
+
+/// Compares the evaluation with the literal walk, both with and without repeats.
+void compareWithLiteralWalk(PathExpression const &expression)
+{
+    for (bool unique : { false, true }) {
+        Tuples evaluated;
+        expression.getMatchingTuples(&evaluated.formats, &evaluated.messages, &evaluated.fields,
+                                     unique);
+        Tuples const literal = literalWalk(expression, unique);
+        QCOMPARE(evaluated.formats, literal.formats);
+        QCOMPARE(evaluated.messages, literal.messages);
+        QCOMPARE(evaluated.fields, literal.fields);
+    }
+}
+
+QStringList fieldNames(QVector<FieldInfo const *> const &fields)
+{
+    QStringList names;
+    for (FieldInfo const *field : fields)
+        names.append(field->getName());
+    return names;
+}
+
 } // namespace
 
 class tst_PathExpression : public QObject
@@ -53,6 +128,9 @@ private Q_SLOTS:
     void split();
     void matchesName_data();
     void matchesName();
+    void matchesNameAsWildcardRegExp_data();
+    void matchesNameAsWildcardRegExp();
+    void matchesNameAsWildcardRegExpOnRandomText();
     void getStringAndWildCards_data();
     void getStringAndWildCards();
     void constructors();
@@ -70,6 +148,9 @@ private Q_SLOTS:
     void setupToMatchUniqueFieldInNoMessage();
     void uniqueLookups_data();
     void uniqueLookups();
+    void evaluationAsLiteralWalk_data();
+    void evaluationAsLiteralWalk();
+    void evaluationFollowsDictionaryChanges();
 
 private:
     DictionaryFixture *mDictionary = nullptr;
@@ -143,6 +224,106 @@ void tst_PathExpression::matchesName()
     QFETCH(bool, matches);
 
     QCOMPARE(PathExpression().matchesName(name, pattern), matches);
+}
+
+void tst_PathExpression::matchesNameAsWildcardRegExp_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QStringList>("names");
+
+    QStringList const letters { "Lat", "lat", "LAT", "", "L", "Lt", "Laat", "PosLat", "Lat3" };
+    QTest::newRow("set of digits") << "Pos[0-9]"
+                                   << QStringList { "Pos3", "PosX", "Pos", "Pos10", "pos0" };
+    QTest::newRow("negated set") << "Pos[^0-9]" << QStringList { "Pos3", "PosX", "Posx", "Pos" };
+    QTest::newRow("range written backwards") << "[z-a]x" << QStringList { "bx", "Zx", "0x", "x" };
+    QTest::newRow("dash at either end of a set")
+        << "[-a][b-]" << QStringList { "-b", "a-", "A-", "ab", "--", "bb" };
+    QTest::newRow("caret not first in a set") << "[a^]" << QStringList { "a", "^", "b", "A" };
+    QTest::newRow("set over letters of both cases")
+        << "[A-C]at" << QStringList { "bat", "Cat", "dat", "[at" };
+    QTest::newRow("negated set, case") << "[^a]" << QStringList { "a", "A", "b", "B" };
+    QTest::newRow("set with non-ASCII letters")
+        << QString::fromUtf8("[\xc3\xa9-\xc3\xab]t")
+        << QStringList { QString::fromUtf8("\xc3\x89t"), QString::fromUtf8("\xc3\xa8t"), "et" };
+    QTest::newRow("set holding an opening bracket") << "[[a]" << QStringList { "[", "a", "]" };
+    QTest::newRow("set starting with a closing bracket")
+        << "[]a]" << QStringList { "]", "a", "]a]", "" };
+    QTest::newRow("empty set") << "Pos[]" << QStringList { "Pos", "Pos[]", "Pos]" };
+    QTest::newRow("unterminated set") << "Pos[0-9" << QStringList { "Pos3", "Pos[0-9" };
+    QTest::newRow("closing bracket alone") << "Pos]" << QStringList { "Pos]", "Pos" };
+    QTest::newRow("one character each") << "L?t" << letters;
+    QTest::newRow("only one-character wildcards") << "??" << letters;
+    QTest::newRow("separators as wildcards") << "L:t" << letters;
+    QTest::newRow("only separators") << "::" << letters;
+    QTest::newRow("empty pattern") << "" << letters;
+    QTest::newRow("only empty alternatives") << "|" << letters;
+    QTest::newRow("empty alternative first") << "|Lat" << letters;
+    QTest::newRow("case of pattern and name") << "lAt" << letters;
+    QTest::newRow("prefix") << "la*" << letters;
+    QTest::newRow("suffix") << "*AT" << letters;
+    QTest::newRow("infix") << "*a*" << letters;
+    QTest::newRow("stars around several pieces") << "*a**t*" << letters;
+    QTest::newRow("regular expression characters in the pattern")
+        << ".|a+b|(x)|$x|^x|x{1}|a.b"
+        << QStringList { ".", "x", "a+b", "aab", "(x)", "x", "$x", "^x", "x{1}", "xx", "a.b",
+                         "axb" };
+    QTest::newRow("regular expression characters in names")
+        << "*.*|*(*|*\\*"
+        << QStringList { "a.b", "ab", "f(x)", "a\\b", "a+b", "$" };
+    QTest::newRow("backslash before a wildcard")
+        << "a\\*b" << QStringList { "a*b", "a\\*b", "a\\xb", "ab", "axb" };
+    QTest::newRow("backslash before a letter")
+        << "a\\b" << QStringList { "a\\b", "ab", "a\\\\b", "a\\B" };
+    QTest::newRow("backslash at the end") << "a\\" << QStringList { "a\\", "a", "a\\\\" };
+    QTest::newRow("backslash in a set")
+        << "[\\d]" << QStringList { "\\", "d", "1", "D" };
+    QTest::newRow("letters that lower to ASCII")
+        << "k|i"
+        << QStringList { QString(QChar(0x212a)), QString(QChar(0x130)), "K", "I" };
+    QTest::newRow("sharp s and its capital")
+        << QString::fromUtf8("stra\xc3\x9f*")
+        << QStringList { QString::fromUtf8("STRA\xc3\x9f" "E"), "STRASSE",
+                         QString::fromUtf8("Stra\xe1\xba\x9e" "e") };
+    QTest::newRow("surrogate pairs are two characters")
+        << "?|??" << QStringList { QString::fromUtf8("\xf0\x9f\x98\x80"), "a" };
+}
+
+void tst_PathExpression::matchesNameAsWildcardRegExp()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QStringList, names);
+
+    PathExpression const expression;
+    for (QString const &name : names) {
+        bool const expected = literalMatch(name, pattern);
+        QVERIFY2(expression.matchesName(name, pattern) == expected,
+                 qPrintable(QStringLiteral("name \"%1\" should %2match")
+                                .arg(name, expected ? QString() : QStringLiteral("not "))));
+    }
+}
+
+void tst_PathExpression::matchesNameAsWildcardRegExpOnRandomText()
+{
+    // Patterns and names from an alphabet of the characters that matter, in both cases.
+    QString const patternAlphabet = QString::fromUtf8("aAbB*?:|[]^-\\.+($\xc3\xa9\xc3\x89");
+    QString const nameAlphabet = QString::fromUtf8("aAbB-]^[.+($\\\xc3\xa9\xc3\x89*?");
+    std::mt19937 random(4711u);
+    auto text = [&random](QString const &alphabet, int maxLength) {
+        QString result;
+        int const length = int(random() % unsigned(maxLength + 1));
+        for (int i = 0; i < length; ++i)
+            result.append(alphabet.at(int(random() % unsigned(alphabet.size()))));
+        return result;
+    };
+    PathExpression const expression;
+    for (int round = 0; round < 4000; ++round) {
+        QString const pattern = text(patternAlphabet, 6);
+        for (int n = 0; n < 5; ++n) {
+            QString const name = text(nameAlphabet, 5);
+            QVERIFY2(expression.matchesName(name, pattern) == literalMatch(name, pattern),
+                     qPrintable(QStringLiteral("pattern \"%1\", name \"%2\"").arg(pattern, name)));
+        }
+    }
 }
 
 void tst_PathExpression::getStringAndWildCards_data()
@@ -522,6 +703,80 @@ void tst_PathExpression::uniqueLookups()
     // The temporary expression is gone also after a throw.
     QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
              QStringList({ "+PathExpression", "-PathExpression" }));
+}
+
+void tst_PathExpression::evaluationAsLiteralWalk_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<bool>("considerSubMessages");
+
+    QTest::newRow("everything") << "*:*:*" << false;
+    QTest::newRow("everything with sub-messages") << "*:*:*" << true;
+    QTest::newRow("alternatives on every part") << "VEXA|CMR:Pos*|CMR*|Meas*:*a*|T?pe" << false;
+    QTest::newRow("sub-message fields") << "VEXA:*:SVID|CN0|BlockNumber" << true;
+    QTest::newRow("shared header fields") << "*:*:StationID|MessageNumber|TOW" << false;
+    QTest::newRow("sets and separators") << "R*:Type[0-9]*:*I:" << false;
+    QTest::newRow("patterns left to the regular expression")
+        << "V\\*|*:Pos]|*:[]X]|*" << true;
+    QTest::newRow("nothing") << "*:*:NoSuchField" << false;
+}
+
+void tst_PathExpression::evaluationAsLiteralWalk()
+{
+    QFETCH(QString, expression);
+    QFETCH(bool, considerSubMessages);
+
+    PathExpression pathExpression(expression);
+    pathExpression.setConsiderSubMessages(considerSubMessages);
+    compareWithLiteralWalk(pathExpression);
+}
+
+void tst_PathExpression::evaluationFollowsDictionaryChanges()
+{
+    // The evaluation keeps names of messages and fields beside their lists; every change of
+    // the lists must reach them.
+    auto format = std::make_unique<FormatInfo>(QStringLiteral("EXTRA"));
+    MessageInfo message(QStringLiteral("PosExtra")), sub(QStringLiteral("PosSub"));
+    format->addMessageInfo(&message);
+    auto lat = std::make_unique<TestFieldInfo>(QStringLiteral("Lat"), FieldType::u(8));
+    auto lon = std::make_unique<TestFieldInfo>(QStringLiteral("Lon"), FieldType::u(8));
+    TestFieldInfo height(QStringLiteral("Height"), FieldType::u(8));
+    TestFieldInfo latSub(QStringLiteral("LatSub"), FieldType::u(8));
+    message.addFieldInfo(lat.get(), 0);
+    message.addFieldInfo(lon.get(), 1);
+    message.addFieldInfo(&height, 2);
+    sub.addFieldInfo(&latSub, 0);
+
+    PathExpression expression(QStringLiteral("EXTRA:Pos*:L*|H*"));
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()),
+             QStringList({ "Lat", "Lon", "Height" }));
+
+    message.removeFieldInfo(lon.get());
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()), QStringList({ "Lat", "Height" }));
+    compareWithLiteralWalk(expression);
+
+    lat.reset(); // leaves every message it is in
+    message.addFieldInfo(lon.get(), 3);
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()), QStringList({ "Height", "Lon" }));
+
+    format->addSubMessageInfo(&sub);
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()), QStringList({ "Height", "Lon" }));
+    expression.setConsiderSubMessages(true);
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()),
+             QStringList({ "Height", "Lon", "LatSub" }));
+    compareWithLiteralWalk(expression);
+
+    // A message listed twice is walked twice.
+    format->addMessageInfo(&message);
+    expression.setConsiderSubMessages(false);
+    QCOMPARE(fieldNames(expression.getMatchingFieldInfos()), QStringList({ "Height", "Lon" }));
+    compareWithLiteralWalk(expression);
+
+    message.removeFieldInfo(lon.get());
+    message.removeFieldInfo(&height);
+    QVERIFY(expression.getMatchingFieldInfos().isEmpty());
+    format.reset();
+    QVERIFY(expression.getMatchingFieldInfos().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_PathExpression)
