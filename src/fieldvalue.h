@@ -109,6 +109,7 @@ public:
                      RepresentationMode mode = Natural, bool localized = false) const;
 
 private:
+    friend class DictionaryAccess;
     friend bool operator==(FieldValue const &a, FieldValue const &b);
     friend bool operator<(FieldValue const &a, FieldValue const &b);
     friend uint qHash(FieldValue const &v);

@@ -3,6 +3,7 @@
 
 #include "messageinfo.h"
 
+#include "auxiliary/discriminantindex.h"
 #include "auxiliary/tracing.h"
 
 MSGAPI_SOURCE_FILE("FORMATINFO", "src/formatinfo")
@@ -12,6 +13,7 @@ QHash<QString, FormatInfo const *> FormatInfo::sFormatInfoMap;
 
 FormatInfo::FormatInfo(QString name)
     : mName(std::move(name))
+    , mDiscriminantIndex(std::make_unique<DiscriminantIndex>())
 {
     MessageApiTracing::allocated(QStringLiteral("FormatInfo"));
     sFormatInfos.append(this);
@@ -54,6 +56,7 @@ void FormatInfo::addMessageInfo(MessageInfo const *info)
     mAllMessageNames += info->getName();
     mAllMessageNameEnds.append(int(mAllMessageNames.size()));
     mMessageInfoByName[info->getName()] = info;
+    mDiscriminantIndex->invalidate();
 
     // Insertion keeps the list sorted and stable: a new name goes after every equal one.
     QString const name = info->getName();
@@ -93,31 +96,11 @@ QVector<MessageInfo const *> FormatInfo::getMessageInfosIncludingSubMessages() c
 QVector<MessageInfo const *>
 FormatInfo::getMessageInfosForDiscriminant(QVector<FieldValue> const &values) const
 {
-    QVector<MessageInfo const *> result;
-    for (MessageInfo const *info : mMessageInfos) {
-        QVector<MessageInfo::Discriminant> const &discriminants = info->getDiscriminants();
-        if (discriminants.isEmpty() || discriminants.size() != values.size())
-            continue;
-        // The positions are alternatives: one accepting position is enough.
-        bool accepted = false;
-        for (int position = 0; position < values.size() && !accepted; ++position) {
-            FieldValue const &value = values.at(position);
-            for (MessageInfo::DiscriminantValueRange const &range :
-                 discriminants.at(position).ranges) {
-                if (range.low <= value && value <= range.high) {
-                    accepted = true;
-                    break;
-                }
-            }
-        }
-        if (accepted)
-            result.append(info);
-    }
-    return result;
+    return mDiscriminantIndex->lookup(mMessageInfos, values.constData(), int(values.size()));
 }
 
 QVector<MessageInfo const *>
 FormatInfo::getMessageInfosForDiscriminant(FieldValue const &value) const
 {
-    return getMessageInfosForDiscriminant(QVector<FieldValue> { value });
+    return mDiscriminantIndex->lookup(mMessageInfos, &value, 1);
 }

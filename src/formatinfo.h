@@ -9,6 +9,9 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
+class DiscriminantIndex;
 class MessageInfo;
 
 /**
@@ -82,6 +85,9 @@ private:
     QString mAllMessageNames;
     QVector<int> mAllMessageNameEnds;
     QHash<QString, MessageInfo const *> mMessageInfoByName;
+    /// Answers the discriminant lookup without a scan of every message type; kept up to date
+    /// by the lookup itself.
+    std::unique_ptr<DiscriminantIndex> mDiscriminantIndex;
 };
 
 #endif // MESSAGEAPI_FORMATINFO_H

@@ -3,6 +3,7 @@
 
 #include "fieldinfo.h"
 
+#include "auxiliary/discriminantindex.h"
 #include "auxiliary/tracing.h"
 
 #include <utility>
@@ -13,6 +14,7 @@ MessageInfo::MessageInfo(QString name)
     : mName(std::move(name))
     , mFormatInfo(nullptr)
     , mIsMain(true)
+    , mDiscriminantsExposed(false)
 {
     MessageApiTracing::allocated(QStringLiteral("MessageInfo"));
 }
@@ -20,6 +22,8 @@ MessageInfo::MessageInfo(QString name)
 MessageInfo::~MessageInfo()
 {
     MessageApiTracing::deallocated(QStringLiteral("MessageInfo"));
+    // Formats that still list this message type must not keep an index of its ranges.
+    DiscriminantIndex::noteDiscriminantsChanged();
     // removeMessageInfo shrinks the field's list, not ours, but iterate a copy all the same.
     QVector<FieldInfo *> const fields = mFieldInfos;
     for (FieldInfo *field : fields)
@@ -149,6 +153,17 @@ QVector<FieldInfo const *> MessageInfo::getReferringFieldInfos() const
 
 MessageInfo::Discriminant &MessageInfo::getDiscriminant(FieldInfo const *field)
 {
+    Discriminant &discriminant = discriminantFor(field);
+    if (!mDiscriminantsExposed) {
+        // From now on the ranges may change unseen: the lookup checks them directly.
+        mDiscriminantsExposed = true;
+        DiscriminantIndex::noteDiscriminantsChanged();
+    }
+    return discriminant;
+}
+
+MessageInfo::Discriminant &MessageInfo::discriminantFor(FieldInfo const *field)
+{
     for (Discriminant &discriminant : mDiscriminants) {
         if (discriminant.fieldInfo == field)
             return discriminant;
@@ -169,7 +184,8 @@ QVector<MessageInfo::Discriminant> const &MessageInfo::getDiscriminants() const
 void MessageInfo::addDiscriminantValueRange(FieldInfo const *field, FieldValue const &low,
                                             FieldValue const &high)
 {
-    getDiscriminant(field).ranges.append(DiscriminantValueRange { low, high });
+    discriminantFor(field).ranges.append(DiscriminantValueRange { low, high });
+    DiscriminantIndex::noteDiscriminantsChanged();
 }
 
 void MessageInfo::addDiscriminantValue(FieldInfo const *field, FieldValue const &value)

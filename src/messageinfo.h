@@ -75,8 +75,15 @@ public:
     QVector<FieldInfo *> getReferringFieldInfos();
     QVector<FieldInfo const *> getReferringFieldInfos() const;
 
-    /// The discriminant of the field, created empty as the next position when new. When the
-    /// field is destroyed, the discriminant keeps its position and ranges with a null field.
+    /**
+     * The discriminant of the field, created empty as the next position when new. When the
+     * field is destroyed, the discriminant keeps its position and ranges with a null field.
+     *
+     * The reference may change the ranges at any later time, unseen by the formats' discriminant
+     * lookup, so from the first call on that lookup checks this message type range by range;
+     * read through getDiscriminants() and add through addDiscriminantValueRange() to keep it
+     * indexed.
+     */
     Discriminant &getDiscriminant(FieldInfo const *field);
     QVector<Discriminant> const &getDiscriminants() const;
     /// Appends a range (not checked) to the field's discriminant.
@@ -94,6 +101,8 @@ private:
     /// Drops a destroyed field from the key fields and from the discriminants (whose positions
     /// stay), so that no pointer to it is left behind.
     void fieldInfoDestroyed(FieldInfo const *field);
+    /// getDiscriminant() without handing the reference out.
+    Discriminant &discriminantFor(FieldInfo const *field);
 
     QString mName;
     QString mShortDescriptiveText;
@@ -111,6 +120,8 @@ private:
     QVector<FieldInfo *> mReferringFieldInfos;
     QVector<FieldInfo const *> mConstReferringFieldInfos;
     QVector<Discriminant> mDiscriminants;
+    /// A reference to a discriminant was handed out: its ranges may change without notice.
+    bool mDiscriminantsExposed;
 };
 
 #endif // MESSAGEAPI_MESSAGEINFO_H

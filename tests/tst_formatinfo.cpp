@@ -2,12 +2,17 @@
 #include "dictionaryfixture.h"
 #include "fieldinfo.h"
 #include "formatinfo.h"
+#include "messageapievent.h"
 #include "messageinfo.h"
 #include "testfieldinfo.h"
 
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <memory>
+#include <random>
 #include <vector>
 
 namespace {
@@ -18,6 +23,146 @@ QStringList namesOf(QVector<MessageInfo const *> const &infos)
         names.append(info->getName());
     return names;
 }
+
+// The lookup as it literally reads: every message type with as many discriminants as values,
+// every position, every range; the text of an exception when one is thrown.
+QStringList scanNames(FormatInfo const &format, QVector<FieldValue> const &values)
+{
+    QStringList names;
+    try {
+        for (MessageInfo const *message : format.getMessageInfos()) {
+            QVector<MessageInfo::Discriminant> const &discriminants = message->getDiscriminants();
+            if (discriminants.isEmpty() || discriminants.size() != values.size())
+                continue;
+            bool accepted = false;
+            for (int p = 0; p < values.size() && !accepted; ++p) {
+                for (MessageInfo::DiscriminantValueRange const &range : discriminants.at(p).ranges) {
+                    if (range.low <= values.at(p) && values.at(p) <= range.high) {
+                        accepted = true;
+                        break;
+                    }
+                }
+            }
+            if (accepted)
+                names.append(message->getName());
+        }
+    } catch (MessageApiEvent const &event) {
+        return { QStringLiteral("thrown: ") + event.getMessage() };
+    }
+    return names;
+}
+
+QStringList lookupNames(FormatInfo const &format, QVector<FieldValue> const &values)
+{
+    try {
+        QStringList const names = namesOf(format.getMessageInfosForDiscriminant(values));
+        if (values.size() == 1 && namesOf(format.getMessageInfosForDiscriminant(values.at(0))) != names)
+            return { QStringLiteral("the single-value lookup differs") };
+        return names;
+    } catch (MessageApiEvent const &event) {
+        return { QStringLiteral("thrown: ") + event.getMessage() };
+    }
+}
+
+/// Random discriminant values of a few field types, with the values that compare oddly: NaN,
+/// -0.0, sub-messages, invalid values, an unused kind, floats too wide to read.
+class RandomValues
+{
+public:
+    RandomValues(unsigned int seed, MessageInfo const *subA, MessageInfo const *subB)
+        : mRandom(seed)
+        , mSubA(subA)
+        , mSubB(subB)
+    { }
+
+    unsigned int below(unsigned int n) { return unsigned(mRandom() % n); }
+
+    FieldValue value() { return ofKind(below(12)); }
+    /// A value of the same kind as value, mostly; sometimes of another one.
+    FieldValue near(FieldValue const &value)
+    {
+        return below(8) == 0 ? this->value() : ofKind(kindOf(value));
+    }
+
+private:
+    unsigned int kindOf(FieldValue const &value) const
+    {
+        FieldType const &type = value.getType();
+        switch (type.getBasisType()) {
+        case FieldType::UnsignedInteger:
+            return type.getBitSize() == 8 ? 0 : 1;
+        case FieldType::SignedInteger:
+            return 2;
+        case FieldType::Char:
+            return 3;
+        case FieldType::NChar:
+            return 4;
+        case FieldType::Byte:
+            return 5;
+        case FieldType::Float:
+            return type.getBitSize() == 32 ? 6 : type.getBitSize() == 64 ? 7 : 11;
+        case FieldType::SubMessage:
+            return 8;
+        case FieldType::Invalid:
+            return 9;
+        default:
+            return 10;
+        }
+    }
+
+    FieldValue ofKind(unsigned int kind)
+    {
+        unsigned int const small = below(12);
+        switch (kind) {
+        case 0:
+            return FieldValue::u(small, 8);
+        case 1:
+            return FieldValue::u(small + 250, 16);
+        case 2:
+            return FieldValue::i(int(small) - 6, 8);
+        case 3:
+            return FieldValue::ch(char(small == 11 ? 200 : 'a' + small));
+        case 4:
+            return FieldValue::nch(char('a' + small));
+        case 5:
+            return FieldValue::byte(static_cast<unsigned char>(small * 23));
+        case 6:
+            return FieldValue::f32(small == 11 ? std::numeric_limits<float>::quiet_NaN()
+                                               : float(small) - 5.5f);
+        case 7:
+            return FieldValue::f64(small == 11 ? std::nan("")
+                                   : small == 10 ? -0.0
+                                                 : double(small) - 5.0);
+        case 8: {
+            FieldValue value(FieldType::subMessage(below(2) ? mSubA : mSubB));
+            return below(2) ? value : FieldValue(FieldType::subMessage(mSubA));
+        }
+        case 9:
+            return FieldValue::invalid();
+        case 10:
+            return FieldValue(FieldType(FieldType::BasisType(7), 8));
+        default:
+            return FieldValue(FieldType(FieldType::Float, 100));
+        }
+    }
+
+    std::mt19937 mRandom;
+    MessageInfo const *mSubA;
+    MessageInfo const *mSubB;
+};
+
+enum Change {
+    AddValue,
+    AddRange,
+    AddMessage,
+    AddPosition,
+    WidenThroughEarlierReference,
+    WidenThroughNewReference,
+    ClearThroughEarlierReference,
+    SetFormatInfo,
+    DestroyOtherFormatWithItsMessages,
+    ChangeMessageSharedWithOtherFormat
+};
 } // namespace
 
 class tst_FormatInfo : public QObject
@@ -34,6 +179,10 @@ private Q_SLOTS:
     void discriminantLookup();
     void fixtureLookup_data();
     void fixtureLookup();
+    void discriminantLookupAsScan_data();
+    void discriminantLookupAsScan();
+    void discriminantLookupAfterChange_data();
+    void discriminantLookupAfterChange();
 };
 
 void tst_FormatInfo::registry()
@@ -222,6 +371,246 @@ void tst_FormatInfo::fixtureLookup()
     FormatInfo const *info = FormatInfo::getFormatInfo(format);
     QCOMPARE(info, dictionary.format(format));
     QCOMPARE(namesOf(info->getMessageInfosForDiscriminant(value)), expected);
+}
+
+void tst_FormatInfo::discriminantLookupAsScan_data()
+{
+    QTest::addColumn<unsigned int>("seed");
+    QTest::addColumn<int>("messages"); // 0: one message type per pair of edge values
+    QTest::addColumn<bool>("changes"); // change the dictionary between lookups
+
+    QTest::newRow("edge values") << 0u << 0 << false;
+    QTest::newRow("few messages") << 1u << 6 << false;
+    QTest::newRow("many messages") << 2u << 60 << false;
+    QTest::newRow("many messages, changed between lookups") << 3u << 60 << true;
+    QTest::newRow("other seed, changed between lookups") << 4u << 30 << true;
+}
+
+void tst_FormatInfo::discriminantLookupAsScan()
+{
+    QFETCH(unsigned int, seed);
+    QFETCH(int, messages);
+    QFETCH(bool, changes);
+
+    MessageInfo subA(QStringLiteral("SubA")), subB(QStringLiteral("SubB"));
+    RandomValues random(seed, &subA, &subB);
+    FormatInfo format(QStringLiteral("Random"));
+    format.addSubMessageInfo(&subA); // never looked up
+    subA.addDiscriminantValue(nullptr, FieldValue::u(1, 8));
+    std::vector<std::unique_ptr<TestFieldInfo>> fields;
+    for (int i = 0; i < 3; ++i)
+        fields.emplace_back(new TestFieldInfo(QStringLiteral("H%1").arg(i), FieldType::u(8)));
+    std::vector<std::unique_ptr<MessageInfo>> infos;
+    // References handed out by getDiscriminant(), kept and used after later lookups; each is
+    // valid until its message type gains a discriminant.
+    std::vector<std::pair<MessageInfo *, MessageInfo::Discriminant *>> heldReferences;
+    auto beforeNewDiscriminant = [&heldReferences](MessageInfo *info, FieldInfo const *field) {
+        for (MessageInfo::Discriminant const &discriminant : info->getDiscriminants()) {
+            if (discriminant.fieldInfo == field)
+                return;
+        }
+        heldReferences.erase(std::remove_if(heldReferences.begin(), heldReferences.end(),
+                                            [info](auto const &held) { return held.first == info; }),
+                             heldReferences.end());
+    };
+
+    auto addRanges = [&](MessageInfo *info) {
+        // Up to three positions (one field each), up to three ranges of each: single values,
+        // overlapping ranges, ranges with low above high, ranges with ends of two types.
+        unsigned int const positions = random.below(4);
+        for (unsigned int p = 0; p < positions; ++p) {
+            unsigned int const ranges = random.below(4);
+            for (unsigned int r = 0; r < ranges; ++r) {
+                FieldValue const low = random.value();
+                if (random.below(3) == 0)
+                    info->addDiscriminantValue(fields[p].get(), low);
+                else
+                    info->addDiscriminantValueRange(fields[p].get(), low, random.near(low));
+            }
+        }
+    };
+    auto addMessage = [&] {
+        infos.emplace_back(new MessageInfo(QStringLiteral("M%1").arg(infos.size())));
+        addRanges(infos.back().get());
+        format.addMessageInfo(infos.back().get());
+        if (random.below(10) == 0) // listed twice
+            format.addMessageInfo(infos.back().get());
+    };
+    for (int i = 0; i < messages; ++i)
+        addMessage();
+
+    if (messages == 0) {
+        // Every pair of values that compare oddly is a range of its own message type, and every
+        // value is looked up.
+        QVector<FieldValue> const edges {
+            FieldValue::f64(0.0), FieldValue::f64(-0.0), FieldValue::f64(std::nan("")),
+            FieldValue::f64(1.0), FieldValue::f32(0.0f), FieldValue::f32(-0.0f),
+            FieldValue::f32(1.0f), FieldValue::ch(char(200)), FieldValue::ch('A'),
+            FieldValue::nch('A'), FieldValue::byte(200), FieldValue::byte(65),
+            FieldValue::i(-1, 8), FieldValue::i(1, 8), FieldValue::u(0, 8), FieldValue::u(255, 8),
+            FieldValue::u(0, 64), FieldValue::u(~0ull, 64), FieldValue::i(-1, 64),
+            FieldValue::invalid(), FieldValue(FieldType(FieldType::Invalid, 5)),
+            FieldValue(FieldType::subMessage(&subA)), FieldValue(FieldType::subMessage(&subB)),
+            FieldValue(FieldType(FieldType::BasisType(7), 8))
+        };
+        for (FieldValue const &low : edges) {
+            for (FieldValue const &high : edges) {
+                infos.emplace_back(new MessageInfo(QStringLiteral("M%1").arg(infos.size())));
+                infos.back()->addDiscriminantValueRange(fields[0].get(), low, high);
+                format.addMessageInfo(infos.back().get());
+            }
+        }
+        for (FieldValue const &value : edges)
+            QCOMPARE(lookupNames(format, { value }), scanNames(format, { value }));
+        infos.clear();
+        return;
+    }
+
+    for (int round = 0; round < 400; ++round) {
+        QVector<FieldValue> values;
+        unsigned int const count = random.below(5);
+        for (unsigned int i = 0; i < count; ++i)
+            values.append(random.value());
+        QCOMPARE(lookupNames(format, values), scanNames(format, values));
+
+        if (!changes || random.below(4) != 0)
+            continue;
+        MessageInfo *info = infos[random.below(unsigned(infos.size()))].get();
+        TestFieldInfo *field = fields[random.below(3)].get();
+        switch (random.below(5)) {
+        case 0:
+            beforeNewDiscriminant(info, field);
+            info->addDiscriminantValue(field, random.value());
+            break;
+        case 1:
+            addMessage();
+            break;
+        case 2:
+            beforeNewDiscriminant(info, field);
+            heldReferences.emplace_back(info, &info->getDiscriminant(field));
+            break;
+        case 3:
+            if (!heldReferences.empty()) {
+                MessageInfo::Discriminant *held =
+                    heldReferences[random.below(unsigned(heldReferences.size()))].second;
+                if (held->ranges.isEmpty() || random.below(2))
+                    held->ranges.append({ random.value(), random.value() });
+                else
+                    held->ranges.first().high = random.value();
+            }
+            break;
+        default:
+            info->setFormatInfo(random.below(2) ? &format : nullptr);
+        }
+    }
+    infos.clear();
+}
+
+void tst_FormatInfo::discriminantLookupAfterChange_data()
+{
+    QTest::addColumn<int>("change");
+    QTest::addColumn<FieldValue>("value");
+    QTest::addColumn<QStringList>("before");
+    QTest::addColumn<QStringList>("after");
+
+    // "A" accepts 1 and 5..9, "B" 7..8; a lookup is made before the change.
+    QTest::newRow("value added") << int(AddValue) << FieldValue::u(3, 8) << QStringList()
+                                 << QStringList { "B" };
+    QTest::newRow("range added") << int(AddRange) << FieldValue::u(12, 8) << QStringList()
+                                 << QStringList { "A" };
+    QTest::newRow("message type added")
+        << int(AddMessage) << FieldValue::u(8, 8) << QStringList({ "A", "B" })
+        << QStringList({ "A", "B", "C" });
+    QTest::newRow("position added") << int(AddPosition) << FieldValue::u(1, 8)
+                                    << QStringList { "A" } << QStringList();
+    QTest::newRow("range widened through a reference taken before the lookup")
+        << int(WidenThroughEarlierReference) << FieldValue::u(10, 8) << QStringList()
+        << QStringList { "B" };
+    QTest::newRow("range widened through a new reference")
+        << int(WidenThroughNewReference) << FieldValue::u(10, 8) << QStringList()
+        << QStringList { "B" };
+    QTest::newRow("ranges cleared through a reference taken before the lookup")
+        << int(ClearThroughEarlierReference) << FieldValue::u(7, 8) << QStringList({ "A", "B" })
+        << QStringList { "A" };
+    QTest::newRow("format set on a message type")
+        << int(SetFormatInfo) << FieldValue::u(7, 8) << QStringList({ "A", "B" })
+        << QStringList({ "A", "B" });
+    QTest::newRow("other format destroyed with its message types")
+        << int(DestroyOtherFormatWithItsMessages) << FieldValue::u(1, 8) << QStringList { "A" }
+        << QStringList { "A" };
+    QTest::newRow("message type of two formats changed through the other")
+        << int(ChangeMessageSharedWithOtherFormat) << FieldValue::u(2, 8) << QStringList()
+        << QStringList { "B" };
+}
+
+void tst_FormatInfo::discriminantLookupAfterChange()
+{
+    QFETCH(int, change);
+    QFETCH(FieldValue, value);
+    QFETCH(QStringList, before);
+    QFETCH(QStringList, after);
+
+    TestFieldInfo header(QStringLiteral("Header"), FieldType::u(8));
+    TestFieldInfo other(QStringLiteral("Other"), FieldType::u(8));
+    FormatInfo format(QStringLiteral("F"));
+    MessageInfo a(QStringLiteral("A")), b(QStringLiteral("B")), c(QStringLiteral("C"));
+    a.addDiscriminantValue(&header, FieldValue::u(1, 8));
+    a.addDiscriminantValueRange(&header, FieldValue::u(5, 8), FieldValue::u(9, 8));
+    MessageInfo::Discriminant &earlier = b.getDiscriminant(&header);
+    earlier.ranges.append({ FieldValue::u(7, 8), FieldValue::u(8, 8) });
+    c.addDiscriminantValue(&header, FieldValue::u(8, 8));
+    format.addMessageInfo(&a);
+    format.addMessageInfo(&b);
+    auto otherFormat = std::make_unique<FormatInfo>(QStringLiteral("G"));
+    auto otherMessage = std::make_unique<MessageInfo>(QStringLiteral("D"));
+    otherMessage->addDiscriminantValue(&header, FieldValue::u(1, 8));
+    otherFormat->addMessageInfo(otherMessage.get());
+    otherFormat->addMessageInfo(&b);
+
+    QCOMPARE(namesOf(format.getMessageInfosForDiscriminant(value)), before);
+    QCOMPARE(namesOf(otherFormat->getMessageInfosForDiscriminant(value)).contains("B"),
+             before.contains("B"));
+
+    switch (Change(change)) {
+    case AddValue:
+        b.addDiscriminantValue(&header, FieldValue::u(3, 8));
+        break;
+    case AddRange:
+        a.addDiscriminantValueRange(&header, FieldValue::u(11, 8), FieldValue::u(13, 8));
+        break;
+    case AddMessage:
+        format.addMessageInfo(&c);
+        break;
+    case AddPosition:
+        a.addDiscriminantValue(&other, FieldValue::u(1, 8));
+        break;
+    case WidenThroughEarlierReference:
+        earlier.ranges.first().high = FieldValue::u(10, 8);
+        break;
+    case WidenThroughNewReference:
+        b.getDiscriminant(&header).ranges.first().high = FieldValue::u(10, 8);
+        break;
+    case ClearThroughEarlierReference:
+        earlier.ranges.clear();
+        break;
+    case SetFormatInfo:
+        a.setFormatInfo(otherFormat.get());
+        b.setFormatInfo(&format);
+        break;
+    case DestroyOtherFormatWithItsMessages:
+        otherMessage.reset();
+        otherFormat.reset();
+        break;
+    case ChangeMessageSharedWithOtherFormat:
+        QCOMPARE(namesOf(otherFormat->getMessageInfosForDiscriminant(FieldValue::u(2, 8))),
+                 QStringList());
+        b.addDiscriminantValue(&header, FieldValue::u(2, 8));
+        QCOMPARE(namesOf(otherFormat->getMessageInfosForDiscriminant(FieldValue::u(2, 8))),
+                 QStringList { "B" });
+        break;
+    }
+    QCOMPARE(namesOf(format.getMessageInfosForDiscriminant(value)), after);
+    QCOMPARE(scanNames(format, { value }), after);
 }
 
 QTEST_GUILESS_MAIN(tst_FormatInfo)

@@ -5,12 +5,15 @@
 // Internal helper of the library's own walks over the dictionary. Not installed.
 
 #include "fieldinfo.h"
+#include "fieldvalue.h"
 #include "formatinfo.h"
 #include "messageinfo.h"
 
 #include <QString>
 #include <QStringView>
 #include <QVector>
+
+#include <cstdint>
 
 /// The names of a list of descriptors, kept one after the other in one string.
 class NameSequence
@@ -64,6 +67,13 @@ public:
     {
         return NameSequence(message->mFieldNames, message->mFieldNameEnds);
     }
+    /// Whether a reference that can change the message type's discriminants was handed out.
+    static bool discriminantsExposed(MessageInfo const *message)
+    {
+        return message->mDiscriminantsExposed;
+    }
+    /// The 64 bits of a value, read without the typed accessors' checks.
+    static uint64_t payload(FieldValue const &value) { return value.mPayload; }
 };
 
 #endif // MESSAGEAPI_AUXILIARY_DICTIONARYACCESS_H
