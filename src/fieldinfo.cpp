@@ -456,12 +456,18 @@ QString FieldInfo::getInterpretedString(FieldValue const &value, bool withUnit) 
         text = value.toString(false, mPrecision, mRepresentationMode, true);
     }
     if (withUnit && hasUnit() && value.isValid()) {
-        // The table, not this field's copy, decides: rows added later are seen too.
-        UnitData const &unitData = sUnitToUnitDataMap[mUnit];
-        if (unitData.symbolAfterValue)
-            text = text + QLatin1Char(' ') + unitData.symbol;
-        else
-            text = unitData.symbol + QLatin1Char(' ') + text;
+        // The table, not this field's copy, decides: rows added later are seen too. A row
+        // missing from the table is entered empty, as a subscript would.
+        auto row = sUnitToUnitDataMap.constFind(mUnit);
+        if (row == sUnitToUnitDataMap.constEnd())
+            row = sUnitToUnitDataMap.insert(mUnit, UnitData());
+        if (row->symbolAfterValue) {
+            // The number's own string grows in place, usually without moving.
+            text.reserve(text.size() + 1 + row->symbol.size());
+            text.append(QLatin1Char(' ')).append(row->symbol);
+        } else {
+            text = row->symbol + QLatin1Char(' ') + text;
+        }
     }
     return text;
 }

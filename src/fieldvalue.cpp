@@ -44,19 +44,36 @@ double storedDouble(uint64_t payload)
     return v;
 }
 
-// Integers and characters in hexadecimal are padded to two characters, never cut.
-QString hexPadded(QString digits)
+// Integers and characters in hexadecimal: lower-case digits, no prefix, padded with "0" to two
+// characters and never cut. Written directly rather than padding QString::number()'s text,
+// which would cost a second string.
+QString hexadecimal(quint64 magnitude, bool negative)
 {
-    return digits.rightJustified(2, QLatin1Char('0'));
+    char16_t digits[18];
+    int first = int(sizeof digits / sizeof digits[0]);
+    do {
+        digits[--first] = u"0123456789abcdef"[magnitude & 0xf];
+        magnitude >>= 4;
+    } while (magnitude != 0);
+    // A minus sign and the magnitude for a negative number, not its two's complement (which is
+    // what Qt 5's conversion would give).
+    if (negative)
+        digits[--first] = u'-';
+    if (first == int(sizeof digits / sizeof digits[0]) - 1)
+        digits[--first] = u'0';
+    return QString(reinterpret_cast<QChar const *>(digits + first),
+                   int(sizeof digits / sizeof digits[0]) - first);
 }
 
-// A negative number in hexadecimal is a minus sign and its magnitude, not its two's complement
-// (which is what Qt 5's conversion would give).
+QString unsignedHex(quint64 v)
+{
+    return hexadecimal(v, false);
+}
+
 QString signedHex(qint64 v)
 {
-    if (v >= 0)
-        return QString::number(v, 16);
-    return QLatin1Char('-') + QString::number(0 - static_cast<quint64>(v), 16);
+    return v >= 0 ? hexadecimal(quint64(v), false)
+                  : hexadecimal(0 - static_cast<quint64>(v), true);
 }
 
 } // namespace
@@ -378,7 +395,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
     case FieldType::UnsignedInteger: {
         const auto v = static_cast<qulonglong>(mPayload);
         if (mode == Hexadecimal)
-            result = hexPadded(QString::number(v, 16));
+            result = unsignedHex(v);
         else if (mode != Decimal && localized)
             result = locale.toString(v);
         else
@@ -388,7 +405,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
     case FieldType::SignedInteger: {
         const auto v = static_cast<qlonglong>(mPayload);
         if (mode == Hexadecimal)
-            result = hexPadded(signedHex(v));
+            result = signedHex(v);
         else if (mode != Decimal && localized)
             result = locale.toString(v);
         else
@@ -408,7 +425,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
         // The code reads as a signed 8-bit number, so 255 shows as "-1".
         const int code = static_cast<signed char>(static_cast<uint8_t>(mPayload));
         if (mode == Hexadecimal)
-            result = hexPadded(signedHex(code));
+            result = signedHex(code);
         else if (mode == Decimal)
             result = QString::number(code);
         else
@@ -417,7 +434,7 @@ QString FieldValue::toString(bool withType, signed char precision, Representatio
     }
     case FieldType::Byte: {
         const auto b = static_cast<unsigned int>(static_cast<uint8_t>(mPayload));
-        result = mode == Decimal ? QString::number(b) : hexPadded(QString::number(b, 16));
+        result = mode == Decimal ? QString::number(b) : unsignedHex(b);
         break;
     }
     case FieldType::SubMessage:

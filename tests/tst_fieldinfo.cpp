@@ -34,6 +34,7 @@ private Q_SLOTS:
     void interpretedString_data();
     void interpretedString();
     void unitSymbolBeforeValue();
+    void unitRowMissingFromTable();
     void stringField_data();
     void stringField();
     void valueString_data();
@@ -410,6 +411,21 @@ void tst_FieldInfo::unitSymbolBeforeValue()
     QVERIFY(field.hasUnit());
     FieldInfo::sUnitToUnitDataMap[field.getUnit()].symbolAfterValue = false;
     QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral("EUR 5"));
+}
+
+void tst_FieldInfo::unitRowMissingFromTable()
+{
+    // The row is looked up in the table at each rendering and, when missing, entered empty: an
+    // empty symbol written before the value.
+    WarningCapture warnings; // the first setUnit of a new text warns
+    TestFieldInfo field(QStringLiteral("Weight"), FieldType::u(16));
+    field.setUnit(QStringLiteral("stone"));
+    field.setUnit(QStringLiteral("stone"));
+    QVERIFY(field.hasUnit());
+    FieldInfo::sUnitToUnitDataMap.remove(field.getUnit());
+    QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral(" 5"));
+    QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(field.getUnit()));
+    QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), false), QStringLiteral("5"));
 }
 
 void tst_FieldInfo::stringField_data()

@@ -85,6 +85,9 @@ void tst_FieldValueToString::render_data()
     row("u hexadecimal ff", FieldValue::u(255, 8), false, -1, hexadecimal, false, "ff");
     row("u hexadecimal padded", FieldValue::u(5, 8), false, -1, hexadecimal, false, "05");
     row("u hexadecimal not cut", FieldValue::u(4096, 16), false, -1, hexadecimal, false, "1000");
+    row("u hexadecimal zero", FieldValue::u(0, 8), false, -1, hexadecimal, false, "00");
+    row("u64 maximum hexadecimal", FieldValue::u(std::numeric_limits<quint64>::max(), 64), false,
+        -1, hexadecimal, false, "ffffffffffffffff");
     row("u64 maximum localized", FieldValue::u(std::numeric_limits<quint64>::max(), 64), false, -1,
         natural, true, "18,446,744,073,709,551,615");
     row("u with type", FieldValue::u(12, 8), true, -1, natural, false, "12 (u8)");
@@ -94,6 +97,8 @@ void tst_FieldValueToString::render_data()
     row("i decimal", FieldValue::i(-1234, 16), false, -1, decimal, true, "-1234");
     row("i hexadecimal -1", FieldValue::i(-1, 8), false, -1, hexadecimal, false, "-1");
     row("i hexadecimal padded", FieldValue::i(10, 8), false, -1, hexadecimal, false, "0a");
+    row("i hexadecimal negative", FieldValue::i(-0x1abc, 16), false, -1, hexadecimal, false,
+        "-1abc");
     row("i hexadecimal minimum", FieldValue::i(std::numeric_limits<qint64>::min(), 64), false, -1,
         hexadecimal, false, "-8000000000000000");
     row("i with type", FieldValue::i(-1, 8), true, -1, hexadecimal, false, "-1 (i8)");
@@ -102,6 +107,7 @@ void tst_FieldValueToString::render_data()
     row("ch hexadecimal", FieldValue::ch('A'), false, -1, hexadecimal, false, "41");
     row("ch decimal", FieldValue::ch('A'), false, -1, decimal, false, "65");
     row("ch padded", FieldValue::ch('\n'), false, -1, hexadecimal, false, "0a");
+    row("ch zero hexadecimal", FieldValue::ch('\0'), false, -1, hexadecimal, false, "00");
     row("ch 255 hexadecimal is signed", FieldValue::ch(char(255)), false, -1, hexadecimal, false,
         "-1");
     row("ch 128 hexadecimal", FieldValue::ch(char(128)), false, -1, hexadecimal, false, "-80");
