@@ -99,8 +99,8 @@ void lookup(benchmark::State &state, bool ranges, unsigned int value)
     }
     FieldValue const header = FieldValue::u(value, 16);
     for (auto _ : state) {
-        QVector<MessageInfo const *> const found =
-            dictionary.format().getMessageInfosForDiscriminant(header);
+        QVector<MessageInfo const *> const found
+            = dictionary.format().getMessageInfosForDiscriminant(header);
         benchmark::DoNotOptimize(found.constData());
     }
 }
@@ -110,8 +110,8 @@ void scan(benchmark::State &state, bool ranges, unsigned int value)
     DiscriminatedFormat const dictionary(ranges);
     FieldValue const header = FieldValue::u(value, 16);
     for (auto _ : state) {
-        QVector<MessageInfo const *> const found =
-            scanForDiscriminant(dictionary.format(), QVector<FieldValue> { header });
+        QVector<MessageInfo const *> const found
+            = scanForDiscriminant(dictionary.format(), QVector<FieldValue> { header });
         benchmark::DoNotOptimize(found.constData());
     }
 }

@@ -41,6 +41,7 @@ class GeneratedDictionary
 public:
     GeneratedDictionary()
     {
+        // clang-format off
         static char const *const formatNames[] = { "VEXA",    "RTCM2",   "RTCM3",   "CMR",
                                                    "NMEA",    "Format5", "Format6", "Format7",
                                                    "Format8", "Format9" };
@@ -70,6 +71,7 @@ public:
             "RefLat",        "RefLon",         "RefHeight",     "Revision",     "Latency",
             "PvtError",      "AlertFlag",      "Misc",          "Padding",      "Quality"
         };
+        // clang-format on
 
         std::mt19937 random(20240607u);
         std::vector<char const *> names(std::begin(vocabulary), std::end(vocabulary));

@@ -38,8 +38,8 @@ void BM_RenderSymbolic(benchmark::State &state)
 {
     BenchFieldInfo field(QStringLiteral("Mode"), FieldType::u(8));
     field.setUnit(QStringLiteral("meter"));
-    static char const *const modes[] = { "No fix",    "Stand-alone", "DGNSS",    "Fixed location",
-                                         "RTK fixed", "RTK float",   "SBAS",     "Moving base" };
+    static char const *const modes[] = { "No fix",    "Stand-alone", "DGNSS", "Fixed location",
+                                         "RTK fixed", "RTK float",   "SBAS",  "Moving base" };
     for (unsigned int i = 0; i < 8; ++i)
         field.addSymbolicValue(FieldValue::u(i, 8), QString::fromLatin1(modes[i]));
     FieldValue const value = FieldValue::u(4, 8);

@@ -72,8 +72,7 @@ QString unsignedHex(quint64 v)
 
 QString signedHex(qint64 v)
 {
-    return v >= 0 ? hexadecimal(quint64(v), false)
-                  : hexadecimal(0 - static_cast<quint64>(v), true);
+    return v >= 0 ? hexadecimal(quint64(v), false) : hexadecimal(0 - static_cast<quint64>(v), true);
 }
 
 } // namespace

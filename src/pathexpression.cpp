@@ -254,10 +254,10 @@ void PathExpression::getMatchingTuples(QVector<FormatInfo const *> *formats,
     for (FormatInfo const *format : allFormats) {
         if (!formatPattern.matches(DictionaryAccess::name(format)))
             continue;
-        QVector<MessageInfo const *> const &formatMessages =
-            DictionaryAccess::messages(format, mConsiderSubMessages);
-        NameSequence const messageNames =
-            DictionaryAccess::messageNames(format, mConsiderSubMessages);
+        QVector<MessageInfo const *> const &formatMessages
+            = DictionaryAccess::messages(format, mConsiderSubMessages);
+        NameSequence const messageNames
+            = DictionaryAccess::messageNames(format, mConsiderSubMessages);
         for (int m = 0; m < messageNames.size(); ++m) {
             MessageInfo const *message = formatMessages.at(m);
             if (mFilteringMessageInfoSet && !filter.contains(message))

@@ -36,7 +36,8 @@ QStringList scanNames(FormatInfo const &format, QVector<FieldValue> const &value
                 continue;
             bool accepted = false;
             for (int p = 0; p < values.size() && !accepted; ++p) {
-                for (MessageInfo::DiscriminantValueRange const &range : discriminants.at(p).ranges) {
+                for (MessageInfo::DiscriminantValueRange const &range :
+                     discriminants.at(p).ranges) {
                     if (range.low <= values.at(p) && values.at(p) <= range.high) {
                         accepted = true;
                         break;
@@ -56,7 +57,8 @@ QStringList lookupNames(FormatInfo const &format, QVector<FieldValue> const &val
 {
     try {
         QStringList const names = namesOf(format.getMessageInfosForDiscriminant(values));
-        if (values.size() == 1 && namesOf(format.getMessageInfosForDiscriminant(values.at(0))) != names)
+        if (values.size() == 1
+            && namesOf(format.getMessageInfosForDiscriminant(values.at(0))) != names)
             return { QStringLiteral("the single-value lookup differs") };
         return names;
     } catch (MessageApiEvent const &event) {
@@ -130,9 +132,9 @@ private:
             return FieldValue::f32(small == 11 ? std::numeric_limits<float>::quiet_NaN()
                                                : float(small) - 5.5f);
         case 7:
-            return FieldValue::f64(small == 11 ? std::nan("")
-                                   : small == 10 ? -0.0
-                                                 : double(small) - 5.0);
+            if (small == 11)
+                return FieldValue::f64(std::nan(""));
+            return FieldValue::f64(small == 10 ? -0.0 : double(small) - 5.0);
         case 8: {
             FieldValue value(FieldType::subMessage(below(2) ? mSubA : mSubB));
             return below(2) ? value : FieldValue(FieldType::subMessage(mSubA));
@@ -409,9 +411,10 @@ void tst_FormatInfo::discriminantLookupAsScan()
             if (discriminant.fieldInfo == field)
                 return;
         }
-        heldReferences.erase(std::remove_if(heldReferences.begin(), heldReferences.end(),
-                                            [info](auto const &held) { return held.first == info; }),
-                             heldReferences.end());
+        heldReferences.erase(
+            std::remove_if(heldReferences.begin(), heldReferences.end(),
+                           [info](auto const &held) { return held.first == info; }),
+            heldReferences.end());
     };
 
     auto addRanges = [&](MessageInfo *info) {
@@ -442,6 +445,7 @@ void tst_FormatInfo::discriminantLookupAsScan()
     if (messages == 0) {
         // Every pair of values that compare oddly is a range of its own message type, and every
         // value is looked up.
+        // clang-format off
         QVector<FieldValue> const edges {
             FieldValue::f64(0.0), FieldValue::f64(-0.0), FieldValue::f64(std::nan("")),
             FieldValue::f64(1.0), FieldValue::f32(0.0f), FieldValue::f32(-0.0f),
@@ -453,6 +457,7 @@ void tst_FormatInfo::discriminantLookupAsScan()
             FieldValue(FieldType::subMessage(&subA)), FieldValue(FieldType::subMessage(&subB)),
             FieldValue(FieldType(FieldType::BasisType(7), 8))
         };
+        // clang-format on
         for (FieldValue const &low : edges) {
             for (FieldValue const &high : edges) {
                 infos.emplace_back(new MessageInfo(QStringLiteral("M%1").arg(infos.size())));
@@ -491,8 +496,8 @@ void tst_FormatInfo::discriminantLookupAsScan()
             break;
         case 3:
             if (!heldReferences.empty()) {
-                MessageInfo::Discriminant *held =
-                    heldReferences[random.below(unsigned(heldReferences.size()))].second;
+                MessageInfo::Discriminant *held
+                    = heldReferences[random.below(unsigned(heldReferences.size()))].second;
                 if (held->ranges.isEmpty() || random.below(2))
                     held->ranges.append({ random.value(), random.value() });
                 else
@@ -521,8 +526,8 @@ void tst_FormatInfo::discriminantLookupAfterChange_data()
     QTest::newRow("message type added")
         << int(AddMessage) << FieldValue::u(8, 8) << QStringList({ "A", "B" })
         << QStringList({ "A", "B", "C" });
-    QTest::newRow("position added") << int(AddPosition) << FieldValue::u(1, 8)
-                                    << QStringList { "A" } << QStringList();
+    QTest::newRow("position added")
+        << int(AddPosition) << FieldValue::u(1, 8) << QStringList { "A" } << QStringList();
     QTest::newRow("range widened through a reference taken before the lookup")
         << int(WidenThroughEarlierReference) << FieldValue::u(10, 8) << QStringList()
         << QStringList { "B" };

@@ -232,8 +232,8 @@ void tst_PathExpression::matchesNameAsWildcardRegExp_data()
     QTest::addColumn<QStringList>("names");
 
     QStringList const letters { "Lat", "lat", "LAT", "", "L", "Lt", "Laat", "PosLat", "Lat3" };
-    QTest::newRow("set of digits") << "Pos[0-9]"
-                                   << QStringList { "Pos3", "PosX", "Pos", "Pos10", "pos0" };
+    QTest::newRow("set of digits")
+        << "Pos[0-9]" << QStringList { "Pos3", "PosX", "Pos", "Pos10", "pos0" };
     QTest::newRow("negated set") << "Pos[^0-9]" << QStringList { "Pos3", "PosX", "Posx", "Pos" };
     QTest::newRow("range written backwards") << "[z-a]x" << QStringList { "bx", "Zx", "0x", "x" };
     QTest::newRow("dash at either end of a set")
@@ -264,26 +264,21 @@ void tst_PathExpression::matchesNameAsWildcardRegExp_data()
     QTest::newRow("infix") << "*a*" << letters;
     QTest::newRow("stars around several pieces") << "*a**t*" << letters;
     QTest::newRow("regular expression characters in the pattern")
-        << ".|a+b|(x)|$x|^x|x{1}|a.b"
-        << QStringList { ".", "x", "a+b", "aab", "(x)", "x", "$x", "^x", "x{1}", "xx", "a.b",
-                         "axb" };
+        << ".|a+b|(x)|$x|^x|x{1}|a.b" << QStringList { ".",  "x",  "a+b",  "aab", "(x)", "x",
+                                                       "$x", "^x", "x{1}", "xx",  "a.b", "axb" };
     QTest::newRow("regular expression characters in names")
-        << "*.*|*(*|*\\*"
-        << QStringList { "a.b", "ab", "f(x)", "a\\b", "a+b", "$" };
+        << "*.*|*(*|*\\*" << QStringList { "a.b", "ab", "f(x)", "a\\b", "a+b", "$" };
     QTest::newRow("backslash before a wildcard")
         << "a\\*b" << QStringList { "a*b", "a\\*b", "a\\xb", "ab", "axb" };
     QTest::newRow("backslash before a letter")
         << "a\\b" << QStringList { "a\\b", "ab", "a\\\\b", "a\\B" };
     QTest::newRow("backslash at the end") << "a\\" << QStringList { "a\\", "a", "a\\\\" };
-    QTest::newRow("backslash in a set")
-        << "[\\d]" << QStringList { "\\", "d", "1", "D" };
+    QTest::newRow("backslash in a set") << "[\\d]" << QStringList { "\\", "d", "1", "D" };
     QTest::newRow("letters that lower to ASCII")
-        << "k|i"
-        << QStringList { QString(QChar(0x212a)), QString(QChar(0x130)), "K", "I" };
+        << "k|i" << QStringList { QString(QChar(0x212a)), QString(QChar(0x130)), "K", "I" };
     QTest::newRow("sharp s and its capital")
-        << QString::fromUtf8("stra\xc3\x9f*")
-        << QStringList { QString::fromUtf8("STRA\xc3\x9f" "E"), "STRASSE",
-                         QString::fromUtf8("Stra\xe1\xba\x9e" "e") };
+        << QStringLiteral("stra\u00df*")
+        << QStringList { QStringLiteral("STRA\u00dfE"), "STRASSE", QStringLiteral("Stra\u1e9ee") };
     QTest::newRow("surrogate pairs are two characters")
         << "?|??" << QStringList { QString::fromUtf8("\xf0\x9f\x98\x80"), "a" };
 }
@@ -716,8 +711,7 @@ void tst_PathExpression::evaluationAsLiteralWalk_data()
     QTest::newRow("sub-message fields") << "VEXA:*:SVID|CN0|BlockNumber" << true;
     QTest::newRow("shared header fields") << "*:*:StationID|MessageNumber|TOW" << false;
     QTest::newRow("sets and separators") << "R*:Type[0-9]*:*I:" << false;
-    QTest::newRow("patterns left to the regular expression")
-        << "V\\*|*:Pos]|*:[]X]|*" << true;
+    QTest::newRow("patterns left to the regular expression") << "V\\*|*:Pos]|*:[]X]|*" << true;
     QTest::newRow("nothing") << "*:*:NoSuchField" << false;
 }
 
