@@ -239,7 +239,6 @@ public:
 
 private:
     friend class MessageInfo;
-    friend class DictionaryAccess;
 
     FieldInfo(FieldInfo const &) = delete;
     FieldInfo &operator=(FieldInfo const &) = delete;

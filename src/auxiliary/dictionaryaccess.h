@@ -4,7 +4,6 @@
 
 // Internal helper of the library's own walks over the dictionary. Not installed.
 
-#include "fieldinfo.h"
 #include "fieldvalue.h"
 #include "formatinfo.h"
 #include "messageinfo.h"
