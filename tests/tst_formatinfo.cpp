@@ -79,38 +79,8 @@ public:
 
     unsigned int below(unsigned int n) { return unsigned(mRandom() % n); }
 
-    FieldValue value() { return ofKind(below(12)); }
-    /// A value of the same kind as value, mostly; sometimes of another one.
-    FieldValue near(FieldValue const &value)
-    {
-        return below(8) == 0 ? this->value() : ofKind(kindOf(value));
-    }
-
-private:
-    unsigned int kindOf(FieldValue const &value) const
-    {
-        FieldType const &type = value.getType();
-        switch (type.getBasisType()) {
-        case FieldType::UnsignedInteger:
-            return type.getBitSize() == 8 ? 0 : 1;
-        case FieldType::SignedInteger:
-            return 2;
-        case FieldType::Char:
-            return 3;
-        case FieldType::NChar:
-            return 4;
-        case FieldType::Byte:
-            return 5;
-        case FieldType::Float:
-            return type.getBitSize() == 32 ? 6 : type.getBitSize() == 64 ? 7 : 11;
-        case FieldType::SubMessage:
-            return 8;
-        case FieldType::Invalid:
-            return 9;
-        default:
-            return 10;
-        }
-    }
+    static constexpr unsigned int kinds = 12;
+    FieldValue value() { return ofKind(below(kinds)); }
 
     FieldValue ofKind(unsigned int kind)
     {
@@ -148,6 +118,7 @@ private:
         }
     }
 
+private:
     std::mt19937 mRandom;
     MessageInfo const *mSubA;
     MessageInfo const *mSubB;
@@ -424,11 +395,14 @@ void tst_FormatInfo::discriminantLookupAsScan()
         for (unsigned int p = 0; p < positions; ++p) {
             unsigned int const ranges = random.below(4);
             for (unsigned int r = 0; r < ranges; ++r) {
-                FieldValue const low = random.value();
+                unsigned int const kind = random.below(RandomValues::kinds);
+                FieldValue const low = random.ofKind(kind);
                 if (random.below(3) == 0)
                     info->addDiscriminantValue(fields[p].get(), low);
-                else
-                    info->addDiscriminantValueRange(fields[p].get(), low, random.near(low));
+                else // mostly both ends of one kind
+                    info->addDiscriminantValueRange(fields[p].get(), low,
+                                                    random.below(8) ? random.ofKind(kind)
+                                                                    : random.value());
             }
         }
     };
