@@ -25,7 +25,8 @@ class MessageInfo;
  * Abstract: the format-specific code that builds the dictionary derives from it and supplies
  * the operations that read a field's values out of a decoded Message. Descriptors link by plain
  * pointers and never own one another; the destructor unlinks the field from its messages, its
- * parent, its sub-fields and the message type it refers to.
+ * parent, its sub-fields and the message type it refers to. A sub-message field whose message
+ * type is destroyed first keeps a sub-message type that names no message type.
  */
 class MESSAGEAPIFRAMEWORK_EXPORT FieldInfo
 {
@@ -237,8 +238,18 @@ public:
     bool isStringField() const;
 
 private:
+    friend class MessageInfo;
+
     FieldInfo(FieldInfo const &) = delete;
     FieldInfo &operator=(FieldInfo const &) = delete;
+
+    // A message keeps pointers to its key fields and discriminant fields beyond membership;
+    // these record which messages do, so that each side can unlink itself when destroyed.
+    void heldBy(MessageInfo *message) const;
+    void releasedBy(MessageInfo *message) const;
+    /// The referenced sub-message type is being destroyed: the type keeps its kind but names
+    /// no message type any more.
+    void subMessageInfoDestroyed();
 
     QString mName;
     FieldType mType;
@@ -265,6 +276,13 @@ private:
     Role mRole;
     bool mIsConfidential;
     bool mIsVirtual;
+    mutable QVector<MessageInfo *> mHoldingMessageInfos;
 };
+
+/// The hash of a unit is its integer value (seeded as Qt seeds integers).
+inline decltype(qHash(0)) qHash(FieldInfo::Unit unit, decltype(qHash(0)) seed = 0)
+{
+    return qHash(int(unit), seed);
+}
 
 #endif // MESSAGEAPI_FIELDINFO_H

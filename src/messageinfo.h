@@ -18,7 +18,9 @@ class FormatInfo;
  * common header.
  *
  * Descriptors link by plain pointers in both directions and never own one another: the
- * destructor only unlinks its fields. Whoever created a descriptor deletes it.
+ * destructor only unlinks its fields, key fields, discriminant fields and referring fields
+ * (whose type then names no message type). Whoever created a descriptor deletes it; the format
+ * is not told, so a format's message types are destroyed together with the format.
  */
 class MESSAGEAPIFRAMEWORK_EXPORT MessageInfo
 {
@@ -58,7 +60,8 @@ public:
      * (FieldInfo::getIndexInMessageInfo); it need not be the position in this message's list.
      */
     void addFieldInfo(FieldInfo *field, int index, bool isKey = false);
-    /// Removes a field; a removed key field stays among the key fields.
+    /// Removes a field; a removed key field stays among the key fields until the field is
+    /// destroyed.
     void removeFieldInfo(FieldInfo *field);
     /// The field of that name (the latest added), or null.
     FieldInfo const *getFieldInfo(QString const &name) const;
@@ -72,16 +75,24 @@ public:
     QVector<FieldInfo *> getReferringFieldInfos();
     QVector<FieldInfo const *> getReferringFieldInfos() const;
 
-    /// The discriminant of the field, created empty as the next position when new.
+    /// The discriminant of the field, created empty as the next position when new. When the
+    /// field is destroyed, the discriminant keeps its position and ranges with a null field.
     Discriminant &getDiscriminant(FieldInfo const *field);
     QVector<Discriminant> const &getDiscriminants() const;
     /// Appends a range (not checked) to the field's discriminant.
-    void addDiscriminantValueRange(FieldInfo const *field, FieldValue const &low, FieldValue const &high);
+    void addDiscriminantValueRange(FieldInfo const *field, FieldValue const &low,
+                                   FieldValue const &high);
     void addDiscriminantValue(FieldInfo const *field, FieldValue const &value);
 
 private:
+    friend class FieldInfo;
+
     MessageInfo(MessageInfo const &) = delete;
     MessageInfo &operator=(MessageInfo const &) = delete;
+
+    /// Drops a destroyed field from the key fields and from the discriminants (whose positions
+    /// stay), so that no pointer to it is left behind.
+    void fieldInfoDestroyed(FieldInfo const *field);
 
     QString mName;
     QString mShortDescriptiveText;

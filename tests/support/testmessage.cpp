@@ -4,8 +4,7 @@
 TestMessage::TestMessage(MessageInfo const *info, QByteArray raw)
     : Message(info)
     , mRaw(raw)
-{
-}
+{ }
 
 TestMessage::~TestMessage()
 {
@@ -34,4 +33,27 @@ QVector<Message *> TestMessage::getSubMessages()
 uint8_t const *TestMessage::getRawRepresentation() const
 {
     return reinterpret_cast<uint8_t const *>(mRaw.constData());
+}
+
+void TestMessage::setValues(FieldInfo const *field, QVector<FieldValue> values)
+{
+    mValues.insert(field, values);
+}
+
+QVector<FieldValue> TestMessage::getValues(FieldInfo const *field) const
+{
+    return mValues.value(field);
+}
+
+bool TestMessage::hasValues(FieldInfo const *field) const
+{
+    return mValues.contains(field);
+}
+
+void TestMessage::setValue(FieldInfo const *field, unsigned int index, FieldValue const &value)
+{
+    QVector<FieldValue> &values = mValues[field];
+    while (unsigned(values.size()) <= index)
+        values.append(FieldValue::invalid());
+    values[int(index)] = value;
 }

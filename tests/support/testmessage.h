@@ -2,14 +2,19 @@
 #ifndef MESSAGEAPI_TESTS_TESTMESSAGE_H
 #define MESSAGEAPI_TESTS_TESTMESSAGE_H
 
+#include "fieldvalue.h"
 #include "message.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QVector>
 
+class FieldInfo;
+
 /**
- * A concrete Message for tests: holds raw bytes and an optional list of sub-messages, and
- * tells a watcher when it is destroyed.
+ * A concrete Message for tests: holds raw bytes, an optional list of sub-messages and the
+ * values of its fields (read and written by TestFieldInfo), and tells a watcher when it is
+ * destroyed.
  */
 class TestMessage : public Message
 {
@@ -26,6 +31,14 @@ public:
     QVector<Message const *> getSubMessages() const override;
     QVector<Message *> getSubMessages() override;
 
+    /// The values of a field, replacing earlier ones; a field with values is present.
+    void setValues(FieldInfo const *field, QVector<FieldValue> values);
+    /// The values of a field, empty when it has none.
+    QVector<FieldValue> getValues(FieldInfo const *field) const;
+    bool hasValues(FieldInfo const *field) const;
+    /// Sets value number index, growing the field's values with invalid values as needed.
+    void setValue(FieldInfo const *field, unsigned int index, FieldValue const &value);
+
     /// *flag becomes true when this message is destroyed.
     void setDestructionFlag(bool *flag) { mDestructionFlag = flag; }
 
@@ -35,6 +48,7 @@ protected:
 private:
     QByteArray mRaw;
     QVector<Message *> mSubMessages;
+    QHash<FieldInfo const *, QVector<FieldValue>> mValues;
     bool *mDestructionFlag = nullptr;
 };
 
