@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "testdecoder.h"
+
+#include "formatinfo.h"
+#include "messageinfo.h"
+#include "testmessage.h"
+
+TestDecoder::TestDecoder(FormatInfo const *format, QString name, unsigned char numberBits,
+                         QObject *parent)
+    : AbstractDecoder(std::move(name), parent)
+    , mFormat(format)
+    , mNumberBits(numberBits)
+{
+    const QVector<MessageInfo const *> infos = format->getMessageInfos();
+    for (int code = 0; code < infos.size(); ++code)
+        setMessageEnum(infos[code], code);
+}
+
+QByteArray TestDecoder::makeBlock(quint16 number, QByteArray const &payload)
+{
+    Q_ASSERT(payload.size() <= 0xFF);
+    QByteArray block;
+    block.append(char(syncByte));
+    block.append(char(number & 0xFF));
+    block.append(char(number >> 8));
+    block.append(char(payload.size()));
+    return block + payload;
+}
+
+int32_t TestDecoder::decodeMessage(const uint8_t *buffer, uint maxlength)
+{
+    if (maxlength < uint(headerSize)) {
+        reportDecoderError(
+            tr("%1: block of %2 bytes is shorter than its header").arg(getName()).arg(maxlength));
+        return -1;
+    }
+    if (buffer[0] != syncByte) {
+        reportDecoderError(tr("%1: block does not start with the sync byte").arg(getName()));
+        return -1;
+    }
+    const uint payloadSize = buffer[3];
+    if (headerSize + payloadSize > maxlength) {
+        reportDecoderError(tr("%1: payload of %2 bytes exceeds the block of %3 bytes")
+                               .arg(getName())
+                               .arg(payloadSize)
+                               .arg(maxlength));
+        return -1;
+    }
+    const int32_t blockSize = int32_t(headerSize + payloadSize);
+    const quint16 number = quint16(buffer[1] | (buffer[2] << 8));
+
+    const QVector<MessageInfo const *> matches
+        = mFormat->getMessageInfosForDiscriminant(FieldValue::u(number, mNumberBits));
+    if (matches.isEmpty()) {
+        Q_EMIT newUnknownMessage(mFormat, QString::number(number));
+        return blockSize;
+    }
+    if (!isEnabledMessage(matches.first()))
+        return blockSize;
+
+    auto *message = new TestMessage(matches.first(),
+                                    QByteArray(reinterpret_cast<char const *>(buffer), blockSize));
+    // Our own reference keeps the message alive through all three phases.
+    message->addReference();
+    Q_EMIT newMessageEarly(message);
+    Q_EMIT newMessage(message);
+    Q_EMIT newMessageLate(message);
+    message->removeReference();
+    return blockSize;
+}
+
+bool TestDecoder::isEnabledMessageCode(int32_t code) const
+{
+    return !mDisabledCodes.contains(code);
+}
+
+void TestDecoder::reportDecoderError(QString const &text)
+{
+    reportEvent(MessageApiEvent(MessageApiEvent::DecoderError, text, mFormat));
+}
