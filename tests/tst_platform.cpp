@@ -18,20 +18,19 @@ public:
 
 private Q_SLOTS:
     void countsOnlyWhileEnabled();
-    void resetForgetsCounts();
-    void defaultAssertHandlerWarnsWithAllItems();
-    void handlerIsReplacedAndRestored();
-    void leakReportAtExit();
-    void fatalChildReportsItsText();
+    void assertHandlerIsReplacedAndRestored();
+    void childProcesses_data();
+    void childProcesses();
 };
 
 void tst_Platform::runChildScenario(QString const &scenario)
 {
+    MemLeakTracer *tracer = MemLeakTracer::getInstance();
     if (scenario == QLatin1String("leak")) {
-        MemLeakTracer::getInstance()->setEnabled(true);
-        MemLeakTracer::getInstance()->doAllocateObject(QStringLiteral("Leaky"));
-        MemLeakTracer::getInstance()->doAllocateObject(QStringLiteral("Balanced"));
-        MemLeakTracer::getInstance()->doDeallocateObject(QStringLiteral("Balanced"));
+        tracer->setEnabled(true);
+        tracer->doAllocateObject(QStringLiteral("Leaky"));
+        tracer->doAllocateObject(QStringLiteral("Balanced"));
+        tracer->doDeallocateObject(QStringLiteral("Balanced"));
         std::exit(0);
     }
     if (scenario == QLatin1String("fatal"))
@@ -41,44 +40,28 @@ void tst_Platform::runChildScenario(QString const &scenario)
 void tst_Platform::countsOnlyWhileEnabled()
 {
     MemLeakTracer *tracer = MemLeakTracer::getInstance();
+    const QString thing = QStringLiteral("Thing");
     tracer->reset();
     tracer->setEnabled(false);
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    QCOMPARE(tracer->getAllocationCount(QStringLiteral("Thing")), 0u);
+    tracer->doAllocateObject(thing);
+    QCOMPARE(tracer->getAllocationCount(thing), 0u);
 
     tracer->setEnabled(true);
-    QVERIFY(tracer->isEnabled());
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->doDeallocateObject(QStringLiteral("Thing"));
-    QCOMPARE(tracer->getAllocationCount(QStringLiteral("Thing")), 2u);
-    QCOMPARE(tracer->getDeallocationCount(QStringLiteral("Thing")), 1u);
-    QCOMPARE(tracer->getLiveCount(QStringLiteral("Thing")), 1);
+    tracer->doAllocateObject(thing);
+    tracer->doAllocateObject(thing);
+    tracer->doDeallocateObject(thing);
+    QCOMPARE(tracer->getAllocationCount(thing), 2u);
+    QCOMPARE(tracer->getDeallocationCount(thing), 1u);
+    QCOMPARE(tracer->getLiveCount(thing), 1);
     QCOMPARE(tracer->getLiveCount(QStringLiteral("Other")), 0);
-    tracer->setEnabled(false);
-    tracer->reset();
-}
 
-void tst_Platform::resetForgetsCounts()
-{
-    MemLeakTracer *tracer = MemLeakTracer::getInstance();
-    tracer->setEnabled(true);
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->reset();
+    tracer->reset(); // forgets the counts, stays enabled
     QVERIFY(tracer->isEnabled());
-    QCOMPARE(tracer->getLiveCount(QStringLiteral("Thing")), 0);
+    QCOMPARE(tracer->getLiveCount(thing), 0);
     tracer->setEnabled(false);
 }
 
-void tst_Platform::defaultAssertHandlerWarnsWithAllItems()
-{
-    WarningCapture warnings;
-    dbg_Assert("MOD", "SUB", "doIt", "src/thing", 12, "it broke");
-    QCOMPARE(warnings.warnings(),
-             QStringList(QStringLiteral("ASSERTION FAILED [MOD/SUB] doIt (src/thing:12): it broke")));
-}
-
-void tst_Platform::handlerIsReplacedAndRestored()
+void tst_Platform::assertHandlerIsReplacedAndRestored()
 {
     WarningCapture warnings;
     {
@@ -88,29 +71,36 @@ void tst_Platform::handlerIsReplacedAndRestored()
         QCOMPARE(capture.reports().constFirst().line, 3);
     }
     QVERIFY(warnings.warnings().isEmpty());
-    dbg_Assert("M", "S", "f", "file", 3, "after");
-    QCOMPARE(warnings.warnings().size(), 1);
+    dbg_Assert("MOD", "SUB", "doIt", "src/thing", 12, "it broke");
+    QCOMPARE(
+        warnings.warnings(),
+        QStringList(QStringLiteral("ASSERTION FAILED [MOD/SUB] doIt (src/thing:12): it broke")));
 }
 
-void tst_Platform::leakReportAtExit()
+void tst_Platform::childProcesses_data()
 {
-    const ChildProcess::Result result = ChildProcess::run(QStringLiteral("leak"));
+    QTest::addColumn<QString>("scenario");
+    QTest::addColumn<bool>("crashed");
+    QTest::addColumn<QString>("errorLine");
+    QTest::newRow("leak report at exit")
+        << QStringLiteral("leak") << false
+        << QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit");
+    QTest::newRow("fatal") << QStringLiteral("fatal") << true
+                           << QStringLiteral("child fatal text.");
+}
+
+void tst_Platform::childProcesses()
+{
+    QFETCH(QString, scenario);
+    QFETCH(bool, crashed);
+    QFETCH(QString, errorLine);
+    const ChildProcess::Result result = ChildProcess::run(scenario);
     QVERIFY(result.finished);
-    QVERIFY(!result.crashed);
-    QCOMPARE(result.exitCode, 0);
-    QVERIFY2(result.errorLines().contains(
-                 QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit")),
-             qPrintable(result.standardError));
+    QCOMPARE(result.crashed, crashed);
+    if (!crashed)
+        QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.errorLines().contains(errorLine), qPrintable(result.standardError));
     QVERIFY(!result.standardError.contains(QStringLiteral("Balanced")));
-}
-
-void tst_Platform::fatalChildReportsItsText()
-{
-    const ChildProcess::Result result = ChildProcess::run(QStringLiteral("fatal"));
-    QVERIFY(result.finished);
-    QVERIFY(result.crashed);
-    QVERIFY2(result.errorLines().contains(QStringLiteral("child fatal text.")),
-             qPrintable(result.standardError));
 }
 
 MSGAPI_TEST_MAIN_WITH_SCENARIOS(tst_Platform)
