@@ -17,117 +17,82 @@ class tst_Message : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void constructionAndParent();
-    void lastReferenceDeletesAndTracesBaseFirstAndBack();
-    void deletingReferencedObjectReports_data();
-    void deletingReferencedObjectReports();
-    void baseHasNoSubMessages();
-    void rawRepresentationOfAnotherMessage();
-    void displayStatics();
-};
-
-void tst_Message::constructionAndParent()
-{
-    TestMessage parent(fakeInfo);
-    TestMessage child(fakeInfo);
-    QCOMPARE(child.getInfo(), fakeInfo);
-    QVERIFY(child.getParentMessage() == nullptr);
-    child.setParentMessage(&parent);
-    QCOMPARE(static_cast<TestMessage const &>(child).getParentMessage(), &parent);
-    QCOMPARE(parent.getNumberOfReferences(), 0);
-    QCOMPARE(child.getNumberOfReferences(), 0);
-}
-
-void tst_Message::lastReferenceDeletesAndTracesBaseFirstAndBack()
-{
-    TracerRecorder recorder;
-    bool destroyed = false;
-    auto *message = new TestMessage(fakeInfo);
-    message->setDestructionFlag(&destroyed);
-    message->addReference();
-    message->addReference();
-    message->removeReference();
-    QCOMPARE(message->getNumberOfReferences(), 1);
-    QVERIFY(!destroyed);
-    message->removeReference();
-    QVERIFY(destroyed);
-    QCOMPARE(recorder.events().join(QLatin1Char(' ')),
-             QStringLiteral("+ReferenceCountedObject +Message -Message -ReferenceCountedObject"));
-}
-
-void tst_Message::deletingReferencedObjectReports_data()
-{
-    QTest::addColumn<int>("references");
-    QTest::addColumn<int>("reports");
-    QTest::newRow("never referenced") << 0 << 0;
-    QTest::newRow("still referenced") << 2 << 1;
-}
-
-void tst_Message::deletingReferencedObjectReports()
-{
-    QFETCH(int, references);
-    QFETCH(int, reports);
-    AssertCapture capture;
-    bool destroyed = false;
-    auto *message = new TestMessage(fakeInfo);
-    message->setDestructionFlag(&destroyed);
-    for (int i = 0; i < references; ++i)
-        message->addReference();
-    delete message;
-
-    QVERIFY(destroyed); // the report does not stop the destruction
-    QCOMPARE(capture.count(), reports);
-    for (AssertCapture::Report const &report : capture.reports()) {
-        QCOMPARE(report.text, QByteArray("Deleting referenced object!"));
-        QCOMPARE(report.function, QByteArray("~ReferenceCountedObject"));
-        QCOMPARE(report.file, QByteArray("src/auxiliary/referencecountedobject"));
-        QCOMPARE(report.line, 31);
-        QCOMPARE(report.module, QByteArray("MSGAPI"));
-        QVERIFY(!report.subModule.isEmpty());
-    }
-}
-
-void tst_Message::baseHasNoSubMessages()
-{
-    // A concrete message that keeps the base class's sub-message operations.
-    class PlainMessage : public Message
+    void baseOperations()
     {
-    public:
-        PlainMessage()
-            : Message(nullptr)
-        { }
-        unsigned int getRawSize() const override { return 0; }
+        TestMessage parent(fakeInfo, QByteArray("\xd3\x00", 2));
+        TestMessage child(fakeInfo);
+        QCOMPARE(child.getInfo(), fakeInfo);
+        QVERIFY(child.getParentMessage() == nullptr);
+        child.setParentMessage(&parent);
+        QCOMPARE(static_cast<TestMessage const &>(child).getParentMessage(), &parent);
+        QCOMPARE(parent.getNumberOfReferences() + child.getNumberOfReferences(), 0);
 
-    protected:
-        uint8_t const *getRawRepresentation() const override { return nullptr; }
-    };
+        // The base class has no sub-messages of its own.
+        child.setSubMessages({ &parent });
+        QVERIFY(child.Message::getSubMessages().isEmpty());
+        QVERIFY(static_cast<TestMessage const &>(child).Message::getSubMessages().isEmpty());
 
-    PlainMessage plain;
-    QVERIFY(plain.getSubMessages().isEmpty());
-    QVERIFY(static_cast<PlainMessage const &>(plain).getSubMessages().isEmpty());
-}
+        QCOMPARE(child.getRawRepresentationOf(&parent),
+                 reinterpret_cast<uint8_t const *>(parent.getRaw().constData()));
+    }
 
-void tst_Message::rawRepresentationOfAnotherMessage()
-{
-    TestMessage a(fakeInfo);
-    TestMessage b(fakeInfo, QByteArray("\xd3\x00\x13", 3));
-    QCOMPARE(a.getRawRepresentationOf(&b),
-             reinterpret_cast<uint8_t const *>(b.getRaw().constData()));
-}
+    void lifeEnds_data()
+    {
+        QTest::addColumn<int>("references");
+        QTest::addColumn<bool>("deleted"); // directly, or else by releasing every reference
+        QTest::newRow("last reference released") << 2 << false;
+        QTest::newRow("never referenced, deleted") << 0 << true;
+        QTest::newRow("still referenced, deleted") << 2 << true;
+    }
 
-void tst_Message::displayStatics()
-{
-    QCOMPARE(Message::fieldSeparator, QStringLiteral(","));
-    QCOMPARE(Message::doNotUseString, QStringLiteral("N/A"));
-    QVERIFY(Message::useDoNotUseString);
+    void lifeEnds()
+    {
+        QFETCH(int, references);
+        QFETCH(bool, deleted);
+        TracerRecorder recorder;
+        AssertCapture capture;
+        bool destroyed = false;
+        auto *message = new TestMessage(fakeInfo);
+        message->setDestructionFlag(&destroyed);
+        for (int i = 0; i < references; ++i)
+            message->addReference();
+        if (deleted) {
+            delete message;
+        } else {
+            message->removeReference();
+            QCOMPARE(message->getNumberOfReferences(), 1);
+            QVERIFY(!destroyed);
+            message->removeReference();
+        }
+        QVERIFY(destroyed); // a report does not stop the destruction
+        QCOMPARE(recorder.events().join(QLatin1Char(' ')),
+                 QStringLiteral("+ReferenceCountedObject +Message -Message "
+                                "-ReferenceCountedObject"));
+        QCOMPARE(capture.count(), deleted && references ? 1 : 0);
+        for (AssertCapture::Report const &report : capture.reports()) {
+            QCOMPARE(report.text, QByteArray("Deleting referenced object!"));
+            QCOMPARE(report.function, QByteArray("~ReferenceCountedObject"));
+            QCOMPARE(report.file, QByteArray("src/auxiliary/referencecountedobject"));
+            QCOMPARE(report.line, 31);
+            QCOMPARE(report.module, QByteArray("MSGAPI"));
+            QVERIFY(!report.subModule.isEmpty());
+        }
+    }
 
-    // Confidential display is off until enabled, and stays on for good.
-    QVERIFY(!MessageApi::confidentialInformationDisplayEnabled());
-    QVERIFY(!MessageApi::sConfidentialInformationDisplayEnabled);
-    MessageApi::enableConfidentialInformationDisplay();
-    MessageApi::enableConfidentialInformationDisplay();
-    QVERIFY(MessageApi::confidentialInformationDisplayEnabled());
-}
+    void displayStatics()
+    {
+        QCOMPARE(Message::fieldSeparator, QStringLiteral(","));
+        QCOMPARE(Message::doNotUseString, QStringLiteral("N/A"));
+        QVERIFY(Message::useDoNotUseString);
+
+        // Confidential display is off until enabled, and stays on for good.
+        QVERIFY(!MessageApi::confidentialInformationDisplayEnabled());
+        QVERIFY(!MessageApi::sConfidentialInformationDisplayEnabled);
+        MessageApi::enableConfidentialInformationDisplay();
+        MessageApi::enableConfidentialInformationDisplay();
+        QVERIFY(MessageApi::confidentialInformationDisplayEnabled());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Message)
 #include "tst_message.moc"
