@@ -21,12 +21,8 @@ private Q_SLOTS:
     {
         TestMessage parent(fakeInfo, QByteArray("\xd3\x00", 2));
         TestMessage child(fakeInfo);
-        QCOMPARE(child.getInfo(), fakeInfo);
-        QVERIFY(child.getParentMessage() == nullptr);
-        child.setParentMessage(&parent);
-        QCOMPARE(static_cast<TestMessage const &>(child).getParentMessage(), &parent);
+        child.setParentMessage(&parent); // a plain link: no reference is taken
         QCOMPARE(parent.getNumberOfReferences() + child.getNumberOfReferences(), 0);
-
         // The base class has no sub-messages of its own.
         child.setSubMessages({ &parent });
         QVERIFY(child.Message::getSubMessages().isEmpty());
@@ -69,13 +65,12 @@ private Q_SLOTS:
                  QStringLiteral("+ReferenceCountedObject +Message -Message "
                                 "-ReferenceCountedObject"));
         QCOMPARE(capture.count(), deleted && references ? 1 : 0);
-        for (AssertCapture::Report const &report : capture.reports()) {
-            QCOMPARE(report.text, QByteArray("Deleting referenced object!"));
-            QCOMPARE(report.function, QByteArray("~ReferenceCountedObject"));
-            QCOMPARE(report.file, QByteArray("src/auxiliary/referencecountedobject"));
-            QCOMPARE(report.line, 31);
-            QCOMPARE(report.module, QByteArray("MSGAPI"));
-            QVERIFY(!report.subModule.isEmpty());
+        for (AssertCapture::Report const &r : capture.reports()) {
+            QCOMPARE(
+                QByteArray(r.module + '/' + r.subModule + ' ' + r.function + ' ' + r.file + ':'
+                           + QByteArray::number(r.line) + ' ' + r.text),
+                QByteArray("MSGAPI/REFCOUNTEDOBJECT ~ReferenceCountedObject "
+                           "src/auxiliary/referencecountedobject:31 Deleting referenced object!"));
         }
     }
 

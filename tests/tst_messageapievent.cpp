@@ -26,31 +26,25 @@ private Q_SLOTS:
         }
     }
 
-    void copiesCarryAllFields()
-    {
-        auto const *format = reinterpret_cast<FormatInfo const *>(0x1234);
-        const MessageApiEvent event(MessageApiEvent::DecoderError, QStringLiteral("bad"), format);
-        for (MessageApiEvent const &copy :
-             { event, QVariant::fromValue(event).value<MessageApiEvent>() }) {
-            QCOMPARE(copy.getType(), MessageApiEvent::DecoderError);
-            QCOMPARE(copy.getMessage(), QStringLiteral("bad"));
-            QCOMPARE(copy.getFormat(), format);
-        }
-    }
-
-    void discardingNotice()
+    void copiesAndTheDiscardingNotice()
     {
         const QString prefix = QStringLiteral("[Event discarded in future:] ");
         MessageApiEvent empty(MessageApiEvent::ApplicationError, QString(), nullptr);
         empty.addNotificationOfFutureDiscarding();
         QCOMPARE(empty.getMessage(), prefix);
 
-        MessageApiEvent event(MessageApiEvent::CrcError, QStringLiteral("abc"), nullptr);
-        const MessageApiEvent earlierCopy(event);
+        auto const *format = reinterpret_cast<FormatInfo const *>(0x1234);
+        MessageApiEvent event(MessageApiEvent::DecoderError, QStringLiteral("abc"), format);
+        const MessageApiEvent copy(event);
+        const auto carried = QVariant::fromValue(event).value<MessageApiEvent>();
         event.addNotificationOfFutureDiscarding();
         event.addNotificationOfFutureDiscarding(); // nothing guards against a second prefix
         QCOMPARE(event.getMessage(), prefix + prefix + QStringLiteral("abc"));
-        QCOMPARE(earlierCopy.getMessage(), QStringLiteral("abc"));
+        for (MessageApiEvent const &earlier : { copy, carried }) {
+            QCOMPARE(earlier.getType(), MessageApiEvent::DecoderError);
+            QCOMPARE(earlier.getMessage(), QStringLiteral("abc"));
+            QCOMPARE(earlier.getFormat(), format);
+        }
     }
 
     void tracesEveryConstructionButNotAssignment()
