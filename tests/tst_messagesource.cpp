@@ -51,10 +51,9 @@ QStringList declaredMethods(QMetaObject const &meta)
     QStringList methods;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         const QMetaMethod method = meta.method(i);
-        QString kind = method.methodType() == QMetaMethod::Signal ? "signal " : "slot ";
-        if (method.access() == QMetaMethod::Private)
-            kind.prepend(QLatin1String("private "));
-        methods << kind + QString::fromLatin1(method.methodSignature());
+        methods << (method.access() == QMetaMethod::Private ? "private " : "")
+                + QString(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
+                + method.methodSignature();
     }
     methods.sort();
     return methods;
@@ -62,25 +61,23 @@ QStringList declaredMethods(QMetaObject const &meta)
 } // namespace
 
 // What the multiplexer passes on is followed message by message in tst_messageflow; here only
-// which announcements arrive, and how often.
+// which announcements arrive, and how often. The listener sits on an outer multiplexer that
+// holds the one under test, so every row also goes through nesting.
 void tst_MessageSource::multiplexer_data()
 {
     QTest::addColumn<int>("addA"); // how often source A is added; B is added once, after it
     QTest::addColumn<bool>("removeA");
-    QTest::addColumn<bool>("nested"); // listen to an outer multiplexer holding this one
     QTest::addColumn<QStringList>("expected"); // after A, then B, emitted everything
 
-    QTest::newRow("same phase") << 1 << false << false << heard(1) + heard(1);
-    QTest::newRow("added twice") << 2 << false << false << heard(2) + heard(1);
-    QTest::newRow("removed") << 2 << true << false << heard(1);
-    QTest::newRow("nested") << 1 << false << true << heard(1) + heard(1);
+    QTest::newRow("same phase") << 1 << false << heard(1) + heard(1);
+    QTest::newRow("added twice") << 2 << false << heard(2) + heard(1);
+    QTest::newRow("removed") << 2 << true << heard(1);
 }
 
 void tst_MessageSource::multiplexer()
 {
     QFETCH(int, addA);
     QFETCH(bool, removeA);
-    QFETCH(bool, nested);
     QFETCH(QStringList, expected);
 
     MessageSource a(QStringLiteral("A"), nullptr), b(QStringLiteral("B"), nullptr);
@@ -89,7 +86,7 @@ void tst_MessageSource::multiplexer()
     for (int i = 0; i < addA; ++i)
         mux.addSource(&a);
     mux.addSource(&b);
-    SourceRecorder recorder(nested ? &outer : &mux), aRecorder(&a);
+    SourceRecorder recorder(&outer), aRecorder(&a);
     if (removeA) {
         // A connection of another kind from the same source to the multiplexer goes as well.
         connect(&a, &MessageSource::newEvent, &mux, &MessageSource::reportEvent);

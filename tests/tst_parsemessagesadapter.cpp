@@ -77,11 +77,10 @@ void tst_ParseMessagesAdapter::warnsAboutMissingSignals_data()
     const QString prefix("ParseMessagesAdapter: cannot connect to ");
     const QStringList parser { prefix + "vexa(unsigned int, unsigned int) of the parser",
                                prefix + "crcErrorVexa() of the parser" };
+    const QStringList connection { prefix + "connected() of the connection",
+                                   prefix + "connectionClosed() of the connection" };
     QTest::newRow("all signals present") << false << 2 << QStringList();
-    QTest::newRow("plain objects") << true << 1
-                                   << parser
-            + QStringList { prefix + "connected() of the connection",
-                            prefix + "connectionClosed() of the connection" };
+    QTest::newRow("plain objects") << true << 1 << parser + connection;
     QTest::newRow("no connection object") << true << 0 << parser;
 }
 
