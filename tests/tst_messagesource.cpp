@@ -39,7 +39,7 @@ void emitAll(MessageSource &source)
 QStringList heard(int times)
 {
     QStringList names;
-    for (QString const &name : { "early", "normal", "late", "unknown", "event" })
+    for (char const *name : { "early", "normal", "late", "unknown", "event" })
         for (int i = 0; i < times; ++i)
             names << name;
     return names;
