@@ -19,34 +19,22 @@ TestDecoder::TestDecoder(FormatInfo const *format, QString name, unsigned char n
 QByteArray TestDecoder::makeBlock(quint16 number, QByteArray const &payload)
 {
     Q_ASSERT(payload.size() <= 0xFF);
-    QByteArray block;
-    block.append(char(syncByte));
-    block.append(char(number & 0xFF));
-    block.append(char(number >> 8));
-    block.append(char(payload.size()));
-    return block + payload;
+    const char header[headerSize]
+        = { char(syncByte), char(number & 0xFF), char(number >> 8), char(payload.size()) };
+    return QByteArray(header, headerSize) + payload;
 }
 
 int32_t TestDecoder::decodeMessage(const uint8_t *buffer, uint maxlength)
 {
-    if (maxlength < uint(headerSize)) {
-        reportDecoderError(
-            tr("%1: block of %2 bytes is shorter than its header").arg(getName()).arg(maxlength));
+    // The length byte is read only once the header is known to be there.
+    if (maxlength < uint(headerSize) || buffer[0] != syncByte
+        || uint(headerSize) + buffer[3] > maxlength) {
+        reportEvent(MessageApiEvent(
+            MessageApiEvent::DecoderError,
+            tr("%1: malformed block of %2 bytes").arg(getName()).arg(maxlength), mFormat));
         return -1;
     }
-    if (buffer[0] != syncByte) {
-        reportDecoderError(tr("%1: block does not start with the sync byte").arg(getName()));
-        return -1;
-    }
-    const uint payloadSize = buffer[3];
-    if (headerSize + payloadSize > maxlength) {
-        reportDecoderError(tr("%1: payload of %2 bytes exceeds the block of %3 bytes")
-                               .arg(getName())
-                               .arg(payloadSize)
-                               .arg(maxlength));
-        return -1;
-    }
-    const int32_t blockSize = int32_t(headerSize + payloadSize);
+    const int32_t blockSize = int32_t(headerSize + buffer[3]);
     const quint16 number = quint16(buffer[1] | (buffer[2] << 8));
 
     const QVector<MessageInfo const *> matches
@@ -72,9 +60,4 @@ int32_t TestDecoder::decodeMessage(const uint8_t *buffer, uint maxlength)
 bool TestDecoder::isEnabledMessageCode(int32_t code) const
 {
     return !mDisabledCodes.contains(code);
-}
-
-void TestDecoder::reportDecoderError(QString const &text)
-{
-    reportEvent(MessageApiEvent(MessageApiEvent::DecoderError, text, mFormat));
 }

@@ -24,7 +24,8 @@
  * becomes a TestMessage holding the whole block, announced early, then normal, then late, and
  * released afterwards (listeners that keep it take a reference). A block whose number matches
  * no message type is announced with newUnknownMessage(format, number as decimal text). A
- * malformed block is reported as a "Decoder Error" event of the format.
+ * malformed block (short, without the sync byte, or with a payload beyond its end) is reported
+ * as a "Decoder Error" event of the format.
  *
  * Codes: each message type of the format is numbered by its position in
  * FormatInfo::getMessageInfos(). All are enabled at first; a disabled type is decoded but not
@@ -56,8 +57,6 @@ public:
     bool isEnabledMessageCode(int32_t code) const override;
 
 private:
-    void reportDecoderError(QString const &text);
-
     FormatInfo const *mFormat;
     unsigned char mNumberBits;
     QSet<int32_t> mDisabledCodes;
