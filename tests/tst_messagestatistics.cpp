@@ -13,6 +13,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -26,59 +27,12 @@ public:
     }
 };
 
-/**
- * Runs a sequence written as space-separated steps: "1000" a message at 1000 ms, "0" a
- * message while the time is unknown, "close:4000" an epoch closed at 4000 ms, "on" and "off"
- * gap detection switched.
- */
-void run(MessageStatistics &statistics, TimeSource &time, QString const &steps)
+QString join(QList<long long> const &values)
 {
-    for (QString const &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        if (step == QLatin1String("on") || step == QLatin1String("off")) {
-            statistics.setGapDetectionEnabled(step == QLatin1String("on"));
-        } else if (step.startsWith(QLatin1String("close:"))) {
-            time.setMillis(step.mid(6).toULongLong());
-            statistics.updateGaps(true);
-        } else {
-            time.setMillis(step.toULongLong());
-            statistics.processNewMessage();
-        }
-    }
-}
-
-/// "count unknownInterval unknownTime | interval=count … | lastInterval x repeats", with "?"
-/// for an unknown last interval.
-QString counts(MessageStatistics const &statistics)
-{
-    QStringList histogram;
-    for (long long interval : statistics.getIntervalsSortedOnDuration())
-        histogram.append(QStringLiteral("%1=%2").arg(interval).arg(
-            statistics.getIntervalCountHash().value(interval)));
-    bool const unknown = statistics.getLastInterval() == MessageStatistics::unknownIntervalMarker;
-    return QStringLiteral("%1 %2 %3 | %4 | %5x%6")
-        .arg(statistics.getCount())
-        .arg(statistics.getCountWithUnknownInterval())
-        .arg(statistics.getCountWithUnknownTime())
-        .arg(histogram.join(QLatin1Char(' ')),
-             unknown == statistics.hasValidLastInterval() ? QStringLiteral("invalid")
-                 : unknown                                ? QStringLiteral("?")
-                           : QString::number(statistics.getLastInterval()))
-        .arg(statistics.getLastIntervalRepeatCount());
-}
-
-/// "gaps missingEpochs | start:missing:interval …" of the stored gaps.
-QString gaps(MessageStatistics const &statistics)
-{
-    QStringList stored;
-    for (MessageStatistics::Gap const &gap : statistics.getGaps())
-        stored.append(QStringLiteral("%1:%2:%3")
-                          .arg(gap.startMillis)
-                          .arg(gap.missingEpochs)
-                          .arg(gap.intervalMillis));
-    return QStringLiteral("%1 %2 | %3")
-        .arg(statistics.getNumberOfGaps())
-        .arg(statistics.getNumberOfMissingEpochs())
-        .arg(stored.join(QLatin1Char(' ')));
+    QStringList texts;
+    for (long long value : values)
+        texts.append(QString::number(value));
+    return texts.join(QLatin1Char(' '));
 }
 } // namespace
 
@@ -96,45 +50,71 @@ public:
     }
 
 private Q_SLOTS:
+    void init()
+    {
+        mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
+        mStatistics = mCoordinator->getMessageStatistics(&mInfo);
+    }
+
     void acceptsOnlyItsOwnMessages_data();
     void acceptsOnlyItsOwnMessages();
-    void counting_data();
-    void counting();
-    void gapDetection_data();
-    void gapDetection();
+    void sequences_data();
+    void sequences();
     void gapStoreLimit();
-    void currentlyRegular_data();
-    void currentlyRegular();
-    void intervalsSortedOnFrequency_data();
-    void intervalsSortedOnFrequency();
     void texts_data();
     void texts();
     void report_data();
     void report();
 
 private:
+    /**
+     * Sends the space-separated steps through the coordinator: "1000" a message at 1000 ms, "0"
+     * one while the time is unknown, "o1000" a message of another type, "close:4000" an epoch
+     * closed at 4000 ms, "on" and "off" gap detection switched, "rate" for "on 1000 2000 3000".
+     */
+    void run(QString const &steps)
+    {
+        for (QString const &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            if (step == QLatin1String("rate")) {
+                run(QStringLiteral("on 1000 2000 3000"));
+            } else if (step == QLatin1String("on") || step == QLatin1String("off")) {
+                mStatistics->setGapDetectionEnabled(step == QLatin1String("on"));
+            } else if (step.startsWith(QLatin1String("close:"))) {
+                mTime.setMillis(step.mid(6).toULongLong());
+                mCoordinator->closeEpoch();
+            } else {
+                mTime.setMillis(step.mid(step.startsWith(QLatin1Char('o'))).toULongLong());
+                TestMessage message(step.startsWith(QLatin1Char('o')) ? &mOther : &mInfo);
+                Q_EMIT mSource.newMessage(&message);
+            }
+        }
+    }
+
     FormatInfo mFormat { QStringLiteral("VEXA") };
-    MessageInfo mInfo { QStringLiteral("PVTGeodetic") };
-    MessageInfo mOther { QStringLiteral("ReceiverStatus") };
+    MessageInfo mInfo { QStringLiteral("Pos") };
+    MessageInfo mOther { QStringLiteral("Status") };
     TimeSource mTime;
+    MessageSource mSource { QStringLiteral("receiver"), nullptr };
+    std::unique_ptr<MessageStatisticsCoordinator> mCoordinator;
+    MessageStatistics *mStatistics = nullptr;
 };
 
 void tst_MessageStatistics::acceptsOnlyItsOwnMessages_data()
 {
-    QTest::addColumn<bool>("knownType"); // false: statistics of unknown "VEXA PVTGeodetic"
+    QTest::addColumn<bool>("knownType"); // false: statistics of unknown "VEXA Pos"
     QTest::addColumn<QString>("input");
     QTest::addColumn<bool>("counted");
     auto row = [](char const *name, bool knownType, char const *input, bool counted) {
         QTest::newRow(name) << knownType << input << counted;
     };
 
-    row("known type, its message", true, "message PVTGeodetic", true);
-    row("known type, another message", true, "message ReceiverStatus", false);
-    row("known type, unknown message of its name", true, "unknown VEXA PVTGeodetic", false);
-    row("unknown message, same format and name", false, "unknown VEXA PVTGeodetic", true);
-    row("unknown message, other name", false, "unknown VEXA PVTCartesian", false);
-    row("unknown message, other format", false, "unknown RTCM3 PVTGeodetic", false);
-    row("unknown message, a message of its name", false, "message PVTGeodetic", false);
+    row("known, its message", true, "message Pos", true);
+    row("known, another message", true, "message Status", false);
+    row("known, unknown message of its name", true, "unknown VEXA Pos", false);
+    row("unknown, same format and name", false, "unknown VEXA Pos", true);
+    row("unknown, other name", false, "unknown VEXA Vel", false);
+    row("unknown, other format", false, "unknown RTCM3 Pos", false);
+    row("unknown, a message of its name", false, "message Pos", false);
 }
 
 void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
@@ -149,12 +129,11 @@ void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
     TracerRecorder recorder;
     {
         std::unique_ptr<MessageStatistics> statistics(
-            knownType
-                ? new MessageStatistics(&mInfo, &time, nullptr)
-                : new MessageStatistics(&mFormat, QStringLiteral("PVTGeodetic"), &time, nullptr));
+            knownType ? new MessageStatistics(&mInfo, &time, nullptr)
+                      : new MessageStatistics(&mFormat, QStringLiteral("Pos"), &time, nullptr));
         QCOMPARE(statistics->getMessageInfo(), knownType ? &mInfo : nullptr);
         QCOMPARE(statistics->getFormatInfo(), &mFormat);
-        QCOMPARE(statistics->getMessageName(), QStringLiteral("PVTGeodetic"));
+        QCOMPARE(statistics->getMessageName(), QStringLiteral("Pos"));
         QVERIFY(!statistics->isGapDetectionEnabled());
         QCOMPARE(statistics->getTimeString(1234), QStringLiteral("t=1234"));
 
@@ -163,8 +142,8 @@ void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
             TestMessage message(mFormat.getMessageInfo(words.at(1)));
             statistics->processNewMessage(&message);
         } else {
-            statistics->processNewUnknownMessage(
-                words.at(1) == QLatin1String("VEXA") ? &mFormat : &rtcm3, words.at(2));
+            FormatInfo const *format = words.at(1) == QLatin1String("VEXA") ? &mFormat : &rtcm3;
+            statistics->processNewUnknownMessage(format, words.at(2));
         }
         QCOMPARE(statistics->getCount(), counted ? 1u : 0u);
     }
@@ -172,102 +151,134 @@ void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
              QStringList({ "+MessageStatistics", "-MessageStatistics" }));
 }
 
-void tst_MessageStatistics::counting_data()
+void tst_MessageStatistics::sequences_data()
 {
+    // What is compared after the steps (see run()):
+    // "counts": "count unknownInterval unknownTime | interval=count … | lastInterval x repeats";
+    // "gaps": "gaps missingEpochs | start:missing:interval …" of the stored gaps;
+    // "regular": isCurrentlyRegular(); "frequent N": getIntervalsSortedOnFrequency(N), ascending.
+    QTest::addColumn<QString>("aspect");
     QTest::addColumn<QString>("steps");
-    QTest::addColumn<QString>("counts"); // see counts()
-    auto row = [](char const *name, char const *steps, char const *counts) {
-        QTest::newRow(name) << steps << counts;
+    QTest::addColumn<QString>("expected");
+    QString aspect;
+    auto row = [&aspect](char const *name, char const *steps, char const *expected) {
+        QTest::newRow(name) << aspect << steps << expected;
     };
 
+    aspect = QStringLiteral("counts");
     row("first message", "5000", "1 1 0 |  | ?x0");
-    row("first message without time", "0", "1 1 1 |  | ?x0");
-    row("two equal intervals fill in the first", "1000 2000 3000", "3 0 0 | 1000=3 | 1000x2");
-    row("two different intervals do not", "1000 2000 3500", "3 1 0 | 1000=1 1500=1 | 1500x1");
-    row("equal intervals later do not reach back", "1000 2000 3500 5000",
-        "4 1 0 | 1000=1 1500=2 | 1500x2");
-    row("zero intervals repeat but are not filled in", "1000 1000 1000", "3 1 0 | 0=2 | 0x2");
-    row("negative intervals are filled in but never repeat", "5000 4000 3000",
-        "3 0 0 | -1000=3 | -1000x1");
+    row("first message, no time", "0", "1 1 1 |  | ?x0");
+    row("two equal fill in the first", "1000 2000 3000", "3 0 0 | 1000=3 | 1000x2");
+    row("two different do not", "1000 2000 3500", "3 1 0 | 1000=1 1500=1 | 1500x1");
+    row("no reaching back", "1000 2000 3500 5000", "4 1 0 | 1000=1 1500=2 | 1500x2");
+    row("zero: repeats, not filled in", "1000 1000 1000", "3 1 0 | 0=2 | 0x2");
+    row("negative: filled in, no repeat", "5000 4000 3000", "3 0 0 | -1000=3 | -1000x1");
     row("time going backwards", "3000 2000 2500", "3 1 0 | -1000=1 500=1 | 500x1");
-    row("unknown time resets the repeats", "1000 2000 3000 0", "4 1 1 | 1000=3 | ?x0");
     row("unknown time in the middle", "1000 0 3000 4000 5000", "5 2 1 | 1000=3 | 1000x2");
-    row("intervals of 2^32 ms never repeat", "1 4294967297 8589934593",
-        "3 0 0 | 4294967296=3 | 4294967296x1");
-    row("only the low 32 bits of the previous interval compare", "1 4294967302 4294967307",
-        "3 1 0 | 5=1 4294967301=1 | 5x2");
-    row("a negative previous interval compares as unsigned 32 bits",
-        "8589934592 8589934591 12884901886", "3 1 0 | -1=1 4294967295=1 | 4294967295x2");
-}
+    row("2^32 ms never repeats", "1 4294967297 8589934593", "3 0 0 | 4294967296=3 | 4294967296x1");
+    // Only the low 32 bits of the previous interval, read as unsigned, are compared.
+    row("low 32 bits repeat", "1 4294967302 4294967307", "3 1 0 | 5=1 4294967301=1 | 5x2");
+    row("negative as unsigned 32 bits", "8589934592 8589934591 12884901886",
+        "3 1 0 | -1=1 4294967295=1 | 4294967295x2");
 
-void tst_MessageStatistics::counting()
-{
-    QFETCH(QString, steps);
-    QFETCH(QString, counts);
-
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    run(statistics, mTime, steps);
-    QCOMPARE(::counts(statistics), counts);
-}
-
-void tst_MessageStatistics::gapDetection_data()
-{
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<QString>("gaps"); // see gaps()
-    auto row = [](char const *name, char const *steps, char const *gaps) {
-        QTest::newRow(name) << steps << gaps;
-    };
-
-    row("two missing epochs", "on 1000 2000 3000 6000", "1 2 | 4000:2:1000");
-    row("gap detection off", "1000 2000 3000 6000", "0 0 | ");
-    row("one interval is not yet a rate", "on 1000 2000 4000", "0 0 | ");
-    row("repeated zero intervals are no rate", "on 1000 1000 1000 3000 4000 6000", "0 0 | ");
-    row("a late message misses the epoch it passed", "on 1000 2000 3000 4001", "1 1 | 4000:1:1000");
-    row("whole multiples keep the rate", "on 1000 2000 3000 5000 8000",
-        "2 3 | 4000:1:1000 6000:2:1000");
-    row("an irregular interval cancels the rate", "on 1000 2000 3000 4500 7500",
-        "1 1 | 4000:1:1000");
-    row("a zero interval cancels the rate", "on 1000 2000 3000 3000 5000", "0 0 | ");
-    row("a negative interval cancels the rate", "on 1000 2000 3000 2500 5500", "0 0 | ");
-    row("unknown time cancels the rate", "on 1000 2000 3000 0 5000 7000", "0 0 | ");
-    row("epoch closed one interval late", "on 1000 2000 3000 close:4000", "1 1 | 4000:1:1000");
-    row("a late message after a closed epoch adds nothing", "on 1000 2000 3000 close:4000 4500",
-        "1 1 | 4000:1:1000");
-    row("epoch closed before one interval", "on 1000 2000 3000 close:3999", "0 0 | ");
-    row("closed epochs grow the open gap", "on 1000 2000 3000 close:4000 close:5000 close:6000",
-        "1 3 | 4000:3:1000");
-    row("a message on the multiple fills the epoch it closes",
-        "on 1000 2000 3000 close:4000 close:5000 5000", "1 1 | 4000:1:1000");
-    row("epoch closed within a thousandth of a multiple", "on 10000 20000 30000 close:59995",
-        "1 3 | 40000:3:10000");
-    row("epoch closed two thousandths before a multiple", "on 10000 20000 30000 close:59980",
-        "1 2 | 40000:2:10000");
-    row("a message within a thousandth of a multiple", "on 10000 20000 30000 59995",
-        "1 2 | 40000:2:10000");
-    row("time going back shrinks the open gap", "on 1000 2000 3000 close:6000 close:5000",
-        "1 2 | 4000:2:1000");
-    row("time unknown in the middle of a gap", "on 1000 2000 3000 close:5000 0 close:9000 9000",
-        "1 2 | 4000:2:1000");
-    row("epoch closed without time", "on 1000 2000 3000 close:0", "0 0 | ");
-    row("a shorter repeated interval replaces the rate, gaps stay",
-        "on 1000 3000 5000 9000 off 10000 11000 on 12000 14000", "2 2 | 7000:1:2000 13000:1:1000");
-    row("a shorter interval repeating the low 32 bits replaces the rate",
-        "on 1000 2000 3000 4294971000 4294971704 4294972408 4294973816",
+    aspect = QStringLiteral("gaps");
+    row("two missing epochs", "rate 6000", "1 2 | 4000:2:1000");
+    row("detection off", "1000 2000 3000 6000", "0 0 | ");
+    row("one interval is no rate", "on 1000 2000 4000", "0 0 | ");
+    row("zero intervals are no rate", "on 1000 1000 1000 3000 4000 6000", "0 0 | ");
+    row("whole multiples keep the rate", "rate 5000 8000", "2 3 | 4000:1:1000 6000:2:1000");
+    row("irregular interval cancels", "rate 4500 7500", "1 1 | 4000:1:1000");
+    row("zero interval cancels", "rate 3000 5000", "0 0 | ");
+    row("negative interval cancels", "rate 2500 5500", "0 0 | ");
+    row("unknown time cancels", "rate 0 5000 7000", "0 0 | ");
+    row("epoch closed one interval late", "rate close:4000", "1 1 | 4000:1:1000");
+    row("late message after it", "rate close:4000 4500", "1 1 | 4000:1:1000");
+    row("epoch closed too early", "rate close:3999", "0 0 | ");
+    row("closed epochs grow the gap", "rate close:4000 close:6000", "1 3 | 4000:3:1000");
+    row("message on a multiple", "rate close:4000 close:5000 5000", "1 1 | 4000:1:1000");
+    row("close within 1/1000", "on 10000 20000 30000 close:59995", "1 3 | 40000:3:10000");
+    row("close 2/1000 early", "on 10000 20000 30000 close:59980", "1 2 | 40000:2:10000");
+    row("time going back", "rate close:6000 close:5000", "1 2 | 4000:2:1000");
+    row("time unknown in a gap", "rate close:5000 0 close:9000 9000", "1 2 | 4000:2:1000");
+    row("shorter interval, gaps stay", "on 1000 3000 5000 9000 off 10000 11000 on 12000 14000",
+        "2 2 | 7000:1:2000 13000:1:1000");
+    row("shorter, low 32 bits", "rate 4294971000 4294971704 4294972408 4294973816",
         "2 4294968 | 4000:4294967:1000 4294973112:1:704");
-    row("a longer repeated interval withdraws its gaps", "on 1000 2000 3000 5000 7000", "2 2 | ");
-    row("older gaps stay when the rate slows", "on 1000 2000 3000 5000 6000 7000 9000 11000 15000",
+    row("longer interval withdraws gaps", "rate 5000 7000", "2 2 | ");
+    row("only within two new intervals", "rate 5000 6000 7000 9000 11000 15000",
         "4 4 | 4000:1:1000 13000:1:2000");
+
+    // Whether since the newest message of any type at most one repeated interval has passed.
+    aspect = QStringLiteral("regular");
+    row("newest within one interval", "1000 2000 3000 o4000", "yes");
+    row("newest later", "1000 2000 3000 o4001", "no");
+    row("newest without time", "1000 2000 3000 o0", "no");
+    row("newest earlier", "1000 2000 3000 o2500", "no");
+    row("one interval only", "1000 2000 o2500", "no");
+    row("zero intervals", "1000 1000 1000 o1000", "no");
+
+    // Histogram 1000 -> 3, 500 -> 1, 2000 -> 1.
+    char const steps[] = "1000 2000 3000 5000 5500";
+    aspect = QStringLiteral("frequent 0");
+    row("zero: the most frequent group", steps, "1000");
+    row("no intervals", "1000", "");
+    aspect = QStringLiteral("frequent 2");
+    row("a group is never cut", steps, "500 1000 2000");
+    aspect = QStringLiteral("frequent -1");
+    row("negative: all", steps, "500 1000 2000");
+    aspect = QStringLiteral("frequent 1");
+    row("a tie at the top", "1000 2000 4000 6000 7000", "1000 2000");
 }
 
-void tst_MessageStatistics::gapDetection()
+void tst_MessageStatistics::sequences()
 {
+    QFETCH(QString, aspect);
     QFETCH(QString, steps);
-    QFETCH(QString, gaps);
+    QFETCH(QString, expected);
 
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    run(statistics, mTime, steps);
-    QCOMPARE(::gaps(statistics), gaps);
-    QVERIFY(!statistics.hasUnstoredGaps());
+    run(steps);
+    MessageStatistics const &s = *mStatistics;
+    QString actual;
+    if (aspect == QLatin1String("counts")) {
+        QStringList histogram;
+        for (long long interval : s.getIntervalsSortedOnDuration())
+            histogram << QStringLiteral("%1=%2").arg(interval).arg(
+                s.getIntervalCountHash().value(interval));
+        bool const unknown = s.getLastInterval() == MessageStatistics::unknownIntervalMarker;
+        actual
+            = QStringLiteral("%1 %2 %3 | %4 | %5x%6")
+                  .arg(s.getCount())
+                  .arg(s.getCountWithUnknownInterval())
+                  .arg(s.getCountWithUnknownTime())
+                  .arg(histogram.join(QLatin1Char(' ')),
+                       unknown != s.hasValidLastInterval()
+                           ? (unknown ? QStringLiteral("?") : QString::number(s.getLastInterval()))
+                           : QStringLiteral("invalid"))
+                  .arg(s.getLastIntervalRepeatCount());
+    } else if (aspect == QLatin1String("gaps")) {
+        QStringList stored;
+        for (MessageStatistics::Gap const &gap : s.getGaps())
+            stored << QStringLiteral("%1:%2:%3")
+                          .arg(gap.startMillis)
+                          .arg(gap.missingEpochs)
+                          .arg(gap.intervalMillis);
+        actual = QStringLiteral("%1 %2 | %3")
+                     .arg(s.getNumberOfGaps())
+                     .arg(s.getNumberOfMissingEpochs())
+                     .arg(stored.join(QLatin1Char(' ')));
+        QVERIFY(!s.hasUnstoredGaps());
+    } else if (aspect == QLatin1String("regular")) {
+        actual = s.isCurrentlyRegular() ? QStringLiteral("yes") : QStringLiteral("no");
+    } else {
+        QList<long long> intervals = s.getIntervalsSortedOnFrequency(aspect.mid(9).toInt());
+        // From the most frequent down; the order within a group is free.
+        for (int i = 1; i < intervals.size(); ++i)
+            QVERIFY(s.getIntervalCountHash().value(intervals.at(i - 1))
+                    >= s.getIntervalCountHash().value(intervals.at(i)));
+        std::sort(intervals.begin(), intervals.end());
+        actual = join(intervals);
+    }
+    QCOMPARE(actual, expected);
 }
 
 void tst_MessageStatistics::gapStoreLimit()
@@ -275,115 +286,28 @@ void tst_MessageStatistics::gapStoreLimit()
     // Nineteen gaps of one missing epoch; the twentieth grows to two epochs while open; the
     // twenty-first and twenty-second are counted only, and the growth of the open one no longer
     // touches the stored ones.
-    QString steps = QStringLiteral("on 1000 2000 3000");
+    QString steps = QStringLiteral("rate");
+    QList<int> afters; // negative: an epoch closed that much later
+    for (int i = 0; i < 19; ++i)
+        afters << 2000 << 1000;
+    afters << -1000 << -1000 << 1000 << 1000 << 2000 << -1000 << -1000 << -1000;
     unsigned long long now = 3000;
-    auto at = [&](char const *kind, unsigned long long after) {
-        now += after;
-        steps += QStringLiteral(" %1%2").arg(QLatin1String(kind)).arg(now);
-    };
-    for (int i = 0; i < 19; ++i) {
-        at("", 2000);
-        at("", 1000);
-    }
-    at("close:", 1000);
-    at("close:", 1000);
-    at("", 1000);
-    at("", 1000);
-    at("", 2000);
-    at("close:", 1000);
-    at("close:", 1000);
-    at("close:", 1000);
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    run(statistics, mTime, steps);
-
-    QCOMPARE(statistics.getNumberOfGaps(), 22);
-    QCOMPARE(statistics.getNumberOfMissingEpochs(), 19 + 2 + 1 + 3);
-    QVERIFY(statistics.hasUnstoredGaps());
-    QCOMPARE(statistics.getGaps().size(), 20);
-    QCOMPARE(gaps(statistics).section(QLatin1Char(' '), -1), QStringLiteral("61000:2:1000"));
-}
-
-void tst_MessageStatistics::currentlyRegular_data()
-{
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<unsigned long long>("newest"); // another type's time; 0: none, 1: no time
-    QTest::addColumn<bool>("regular");
-    auto row = [](char const *name, char const *steps, unsigned long long newest, bool regular) {
-        QTest::newRow(name) << steps << newest << regular;
-    };
-
-    row("newest message within one interval", "1000 2000 3000", 4000, true);
-    row("newest message later than one interval", "1000 2000 3000", 4001, false);
-    row("this type is the newest", "1000 2000 3000", 0, true);
-    row("newest message without time", "1000 2000 3000", 1, false);
-    row("newest message earlier than this type", "1000 2000 3000", 2500, false);
-    row("one interval only", "1000 2000", 2500, false);
-    row("zero intervals", "1000 1000 1000", 1000, false);
-}
-
-void tst_MessageStatistics::currentlyRegular()
-{
-    QFETCH(QString, steps);
-    QFETCH(unsigned long long, newest);
-    QFETCH(bool, regular);
-
-    MessageSource source(QStringLiteral("receiver"), nullptr);
-    MessageStatisticsCoordinator coordinator(&source, &mTime);
-    MessageStatistics *statistics = coordinator.getMessageStatistics(&mInfo);
-    auto send = [&](MessageInfo const *info, unsigned long long millis) {
-        mTime.setMillis(millis);
-        TestMessage message(info);
-        Q_EMIT source.newMessage(&message);
-    };
-    for (QString const &step : steps.split(QLatin1Char(' ')))
-        send(&mInfo, step.toULongLong());
-    if (newest != 0)
-        send(&mOther, newest == 1 ? 0 : newest);
-    QCOMPARE(statistics->isCurrentlyRegular(), regular);
-}
-
-void tst_MessageStatistics::intervalsSortedOnFrequency_data()
-{
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<int>("maxCount");
-    QTest::addColumn<QString>("intervals"); // ascending: the order within a group is free
-    auto row = [](char const *name, char const *steps, int maxCount, char const *intervals) {
-        QTest::newRow(name) << steps << maxCount << intervals;
-    };
-
-    // Histogram 1000 -> 3, 500 -> 1, 2000 -> 1.
-    char const steps[] = "1000 2000 3000 5000 5500";
-    row("zero still gives the most frequent group", steps, 0, "1000");
-    row("a group is never cut", steps, 2, "500 1000 2000");
-    row("negative means all", steps, -1, "500 1000 2000");
-    row("a tie at the top", "1000 2000 4000 6000 7000", 1, "1000 2000");
-    row("no intervals", "1000", -1, "");
-}
-
-void tst_MessageStatistics::intervalsSortedOnFrequency()
-{
-    QFETCH(QString, steps);
-    QFETCH(int, maxCount);
-    QFETCH(QString, intervals);
-
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    run(statistics, mTime, steps);
-    QList<long long> result = statistics.getIntervalsSortedOnFrequency(maxCount);
-    QHash<long long, unsigned int> const counts = statistics.getIntervalCountHash();
-    for (int i = 1; i < result.size(); ++i)
-        QVERIFY(counts.value(result.at(i - 1)) >= counts.value(result.at(i)));
-    std::sort(result.begin(), result.end());
-    QStringList texts;
-    for (long long interval : result)
-        texts.append(QString::number(interval));
-    QCOMPARE(texts.join(QLatin1Char(' ')), intervals);
+    for (int after : afters)
+        steps += QString::fromLatin1(after < 0 ? " close:%1" : " %1").arg(now += std::abs(after));
+    run(steps);
+    QCOMPARE(mStatistics->getNumberOfGaps(), 22);
+    QCOMPARE(mStatistics->getNumberOfMissingEpochs(), 19 + 2 + 1 + 3);
+    QVERIFY(mStatistics->hasUnstoredGaps());
+    QCOMPARE(mStatistics->getGaps().size(), 20);
+    QCOMPARE(mStatistics->getGaps().constLast().startMillis, 61000ULL);
+    QCOMPARE(mStatistics->getGaps().constLast().missingEpochs, 2u);
 }
 
 void tst_MessageStatistics::texts_data()
 {
     QTest::addColumn<unsigned long long>("millis");
     QTest::addColumn<QString>("interval");
-    QTest::addColumn<QString>("rate");
+    QTest::addColumn<QString>("rate"); // empty: not checked
     auto row = [](char const *name, unsigned long long millis, char const *interval,
                   char const *rate) { QTest::newRow(name) << millis << interval << rate; };
 
@@ -406,9 +330,8 @@ void tst_MessageStatistics::texts()
 
     // Decimal commas of the application's locale must not leak into the texts.
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    QString const intervalText = statistics.getIntervalString(millis);
-    QString const rateText = statistics.getRateString(millis);
+    QString const intervalText = mStatistics->getIntervalString(millis);
+    QString const rateText = mStatistics->getRateString(millis);
     QLocale::setDefault(QLocale::c());
     QCOMPARE(intervalText, interval);
     if (!rate.isEmpty())
@@ -419,34 +342,25 @@ void tst_MessageStatistics::report_data()
 {
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QStringList>("lines");
+    auto row = [](char const *name, char const *steps, int count, QStringList const &rest) {
+        QTest::newRow(name) << steps
+                            << QStringList { "Message statistics for  Pos",
+                                             QStringLiteral("  count:  %1").arg(count),
+                                             "  message intervals:" }
+                + rest;
+    };
 
-    QStringList const head { "Message statistics for  PVTGeodetic" };
-    QString const intervals = QStringLiteral("  message intervals:");
-    QTest::newRow("one message") << "5000"
-                                 << head
-            + QStringList { "  count:  1", intervals, "    Interval unknown:  1" };
-    QTest::newRow("messages without time") << "0 0"
-                                           << head
-            + QStringList { "  count:  2", intervals, "    Interval unknown:  2",
-                            "       of which messages with time unknown:  2" };
-    QTest::newRow("intervals ascending and a stored gap") << "on 1000 2000 3000 6000 6100"
-                                                          << head
-            + QStringList { "  count:  5",
-                            intervals,
-                            "     10 Hz/0.1 s  :  1",
-                            "     1 Hz/1 s  :  3",
-                            "     3 s  :  1",
-                            "  gaps:",
-                            "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
-                            "  total number of gaps: 1",
-                            "  total number of epochs missing: 2" };
-    QTest::newRow("gaps counted but none stored")
-        << "on 1000 2000 3000 5000 7000"
-        << head + QStringList { "  count:  5", intervals, "     1 Hz/1 s  :  3", "     2 s  :  2" };
-    QTest::newRow("negative interval") << "2000 1000"
-                                       << head
-            + QStringList { "  count:  2", intervals, "     1.84467e+16 s  :  1",
-                            "    Interval unknown:  1" };
+    row("one message", "5000", 1, { "    Interval unknown:  1" });
+    row("without time", "0 0", 2,
+        { "    Interval unknown:  2", "       of which messages with time unknown:  2" });
+    row("intervals ascending, a stored gap", "rate 6000 6100", 5,
+        { "     10 Hz/0.1 s  :  1", "     1 Hz/1 s  :  3", "     3 s  :  1",
+          "  gaps:", "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
+          "  total number of gaps: 1", "  total number of epochs missing: 2" });
+    row("gaps counted, none stored", "rate 5000 7000", 5,
+        { "     1 Hz/1 s  :  3", "     2 s  :  2" });
+    row("negative interval", "2000 1000", 2,
+        { "     1.84467e+16 s  :  1", "    Interval unknown:  1" });
 }
 
 void tst_MessageStatistics::report()
@@ -454,10 +368,9 @@ void tst_MessageStatistics::report()
     QFETCH(QString, steps);
     QFETCH(QStringList, lines);
 
-    MessageStatistics statistics(&mInfo, &mTime, nullptr);
-    run(statistics, mTime, steps);
+    run(steps);
     WarningCapture capture;
-    statistics.printStatistics();
+    mStatistics->printStatistics();
     QCOMPARE(capture.debugLines(), lines);
 }
 

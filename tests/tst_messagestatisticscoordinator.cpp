@@ -44,8 +44,8 @@ private Q_SLOTS:
     void clearAndDisconnect();
 
 private:
-    /// Space-separated messages: "PVTGeodetic@1000" a known message of VEXA at 1000 ms,
-    /// "RTCM3/Block17@2000" an unknown one of that format and name.
+    /// Space-separated messages: "Pos@1000" a known message of VEXA at 1000 ms,
+    /// "RTCM3/B2@2000" an unknown one of that format and name.
     void send(QString const &messages)
     {
         for (QString const &message : messages.split(QLatin1Char(' '))) {
@@ -83,8 +83,8 @@ private:
 
     FormatInfo mVexa { QStringLiteral("VEXA") };
     FormatInfo mRtcm3 { QStringLiteral("RTCM3") };
-    MessageInfo mPosition { QStringLiteral("PVTGeodetic") };
-    MessageInfo mStatus { QStringLiteral("ReceiverStatus") };
+    MessageInfo mPosition { QStringLiteral("Pos") };
+    MessageInfo mStatus { QStringLiteral("Status") };
     TimeSource mTime;
     MessageSource mSource { QStringLiteral("receiver"), nullptr };
     MessageStatisticsCoordinator *mCoordinator = nullptr;
@@ -98,19 +98,15 @@ void tst_MessageStatisticsCoordinator::routing_data()
         QTest::newRow(name) << messages << statistics;
     };
 
-    row("one object per known type", "PVTGeodetic@1000 ReceiverStatus@1500 PVTGeodetic@2000",
-        "VEXA PVTGeodetic*:2, VEXA ReceiverStatus*:1");
-    row("unknown messages by format and name",
-        "VEXA/Block4242@1000 VEXA/Block4242@2000 VEXA/Block17@3000",
-        "VEXA Block4242:2, VEXA Block17:1");
+    row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
+        "VEXA Pos*:2, VEXA Status*:1");
+    row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
+        "VEXA B1:2, VEXA B2:1");
     // Both kinds share the "FORMAT name" keys.
-    row("a known type's name catches unknown messages of that name",
-        "PVTGeodetic@1000 VEXA/PVTGeodetic@2000", "VEXA PVTGeodetic*:1");
-    row("a known type takes the name over",
-        "VEXA/PVTGeodetic@1000 PVTGeodetic@2000 VEXA/PVTGeodetic@3000",
-        "VEXA PVTGeodetic:1, VEXA PVTGeodetic*:1");
-    row("the same name in another format", "PVTGeodetic@1000 RTCM3/PVTGeodetic@2000",
-        "VEXA PVTGeodetic*:1, RTCM3 PVTGeodetic:1");
+    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000", "VEXA Pos*:1");
+    row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
+        "VEXA Pos:1, VEXA Pos*:1");
+    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000", "VEXA Pos*:1, RTCM3 Pos:1");
 }
 
 void tst_MessageStatisticsCoordinator::routing()
@@ -121,10 +117,9 @@ void tst_MessageStatisticsCoordinator::routing()
     QCOMPARE(mCoordinator->getMessageSource(), &mSource);
     send(messages);
     QCOMPARE(this->statistics(), statistics);
-    QCOMPARE(mCoordinator->hasStatistics(&mPosition),
-             statistics.contains(QLatin1String("PVTGeodetic*")));
+    QCOMPARE(mCoordinator->hasStatistics(&mPosition), statistics.contains(QLatin1String("Pos*")));
     if (mCoordinator->hasStatistics(&mPosition))
-        QCOMPARE(mCoordinator->getMessageStatistics(&mVexa, QStringLiteral("PVTGeodetic")),
+        QCOMPARE(mCoordinator->getMessageStatistics(&mVexa, QStringLiteral("Pos")),
                  mCoordinator->getMessageStatistics(&mPosition));
 }
 
@@ -136,10 +131,10 @@ void tst_MessageStatisticsCoordinator::gapDetectionRegistrationAndCloseEpoch()
 
     // Registered before the first message: on. Registered afterwards: only after a clear().
     mCoordinator->enableGapDetection(&mPosition);
-    send(QStringLiteral("PVTGeodetic@1000 ReceiverStatus@1000"));
+    send(QStringLiteral("Pos@1000 Status@1000"));
     mCoordinator->enableGapDetection(&mStatus);
-    send(QStringLiteral("RTCM3/PVTGeodetic@1000 PVTGeodetic@2000 ReceiverStatus@2000 "
-                        "PVTGeodetic@3000 ReceiverStatus@3000"));
+    send(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 "
+                        "Pos@3000 Status@3000"));
     MessageStatistics *position = mCoordinator->getMessageStatistics(&mPosition);
     MessageStatistics *status = mCoordinator->getMessageStatistics(&mStatus);
     QVERIFY(position->isGapDetectionEnabled());
@@ -152,7 +147,7 @@ void tst_MessageStatisticsCoordinator::gapDetectionRegistrationAndCloseEpoch()
     QCOMPARE(status->getNumberOfMissingEpochs(), 0);
 
     mCoordinator->clear();
-    send(QStringLiteral("ReceiverStatus@5000"));
+    send(QStringLiteral("Status@5000"));
     QVERIFY(mCoordinator->getMessageStatistics(&mStatus)->isGapDetectionEnabled());
 }
 
@@ -160,7 +155,7 @@ void tst_MessageStatisticsCoordinator::eventsAndNewestMessageTime()
 {
     QVERIFY(!mCoordinator->hasValidLastMessageMillis());
     QCOMPARE(mCoordinator->getLastMessageMillis(), 0ULL);
-    send(QStringLiteral("PVTGeodetic@5000"));
+    send(QStringLiteral("Pos@5000"));
     mTime.setMillis(9000);
     for (MessageApiEvent::Type type :
          { MessageApiEvent::CrcError, MessageApiEvent::ConnectionOpened,
@@ -173,15 +168,15 @@ void tst_MessageStatisticsCoordinator::eventsAndNewestMessageTime()
     QVERIFY(mCoordinator->hasValidLastMessageMillis());
     QCOMPARE(mCoordinator->getLastMessageMillis(), 5000ULL);
 
-    send(QStringLiteral("VEXA/Block4242@7000"));
+    send(QStringLiteral("VEXA/B1@7000"));
     QCOMPARE(mCoordinator->getLastMessageMillis(), 7000ULL);
-    send(QStringLiteral("ReceiverStatus@0"));
+    send(QStringLiteral("Status@0"));
     QVERIFY(!mCoordinator->hasValidLastMessageMillis());
     // A reading that the clock does not vouch for is kept all the same.
     UnfixedClock clock;
     MessageStatisticsCoordinator unfixed(&mSource, &clock);
     clock.setMillis(1234);
-    Q_EMIT mSource.newUnknownMessage(&mVexa, QStringLiteral("Block4242"));
+    Q_EMIT mSource.newUnknownMessage(&mVexa, QStringLiteral("B1"));
     QVERIFY(!unfixed.hasValidLastMessageMillis());
     QCOMPARE(unfixed.getLastMessageMillis(), 1234ULL);
 }
@@ -194,7 +189,7 @@ void tst_MessageStatisticsCoordinator::clearAndDisconnect()
     MessageApiEvent const crcError(MessageApiEvent::CrcError, QStringLiteral("VEXA CRC error"),
                                    nullptr);
     Q_EMIT mSource.newEvent(crcError);
-    send(QStringLiteral("PVTGeodetic@1000 VEXA/Block4242@2000"));
+    send(QStringLiteral("Pos@1000 VEXA/B1@2000"));
     QPointer<MessageStatistics> known = coordinator->getMessageStatistics(&mPosition);
     QPointer<MessageStatistics> unknownMessage = coordinator->getAllMessageStatistics().constLast();
 
@@ -207,7 +202,7 @@ void tst_MessageStatisticsCoordinator::clearAndDisconnect()
     QCOMPARE(coordinator->getLastMessageMillis(), 2000ULL);
     QVERIFY(coordinator->hasValidLastMessageMillis());
     // Still listening: the next message starts afresh.
-    send(QStringLiteral("PVTGeodetic@3000"));
+    send(QStringLiteral("Pos@3000"));
     QPointer<MessageStatistics> fresh = coordinator->getMessageStatistics(&mPosition);
     QCOMPARE(coordinator->getAllMessageStatistics(), QList<MessageStatistics *> { fresh });
     QCOMPARE(fresh->getCount(), 1u);

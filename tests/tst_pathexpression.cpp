@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
 using Parts = PathExpression::Parts;
 using Messages = QVector<MessageInfo const *>;
 using Fields = QVector<FieldInfo const *>;
@@ -55,7 +57,7 @@ private Q_SLOTS:
     void matchesName();
     void setters_data();
     void setters();
-    void constructorsAndFilteringSet();
+    void filteringSet();
     void matchingLists_data();
     void matchingLists();
     void matchingTuples();
@@ -79,11 +81,9 @@ void tst_PathExpression::syntax_data()
     };
 
     row("format only given", "VEXA", All, "VEXA:*:*", "VEXA:*:*", false);
-    row("empty text", "", All, "*:*:*", "*:*:*", true);
     row("pieces after the third ignored", "A:B:C:D", All, "A:B:C", "A:B:C", false);
     row("doubled wildcard", "*:**:*", All, "*:**:*", "*:**:*", false);
     row("field alone", "Lat", L, "f0:m0:Lat", "*", true);
-    row("message and field", "Pos:Lat", M | L, "f0:Pos:Lat", "Lat:*", false);
     row("message and field, wildcards", "VEXA:*:*", M | L, "f0:VEXA:*", "*:*", true);
     row("format and message", "VEXA:Pos*:Lat", F | M, "VEXA:Pos*:l0", "VEXA:Pos*", false);
     row("format and field", "A:C", F | L, "A:m0:C", "A::*", false);
@@ -113,32 +113,32 @@ void tst_PathExpression::syntax()
 
 void tst_PathExpression::matchesName_data()
 {
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("pattern");
-    QTest::addColumn<bool>("matches");
-    auto row = [](char const *name, char const *text, char const *pattern, bool matches) {
-        QTest::newRow(name) << text << pattern << matches;
+    QTest::addColumn<QString>("matching"); // names, space-separated ("A " holds the empty name)
+    QTest::addColumn<QString>("others");
+    auto row = [](char const *name, char const *pattern, char const *matching, char const *others) {
+        QTest::newRow(name) << pattern << matching << others;
     };
 
-    row("prefix, other case", "PosCartesian", "pos*", true);
-    row("anchored at the end", "PosCartesian", "Pos", false);
-    row("second alternative", "Lat", "Lon|Lat", true);
-    row("empty alternative, name", "Lat", "Lon|", false);
-    row("empty alternative, empty name", "", "Lon|", true);
-    row("separator acts as wildcard", "AxyzB", "A:B", true);
-    row("one character", "Lat", "L?t", true);
-    row("one character, not two", "Lat", "L?", false);
-    row("bracket set", "Pos3", "Pos[0-9]", true);
-    row("no regular expression", "aab", "a+b", false);
+    row("whole name, any case", "pos*", "PosCartesian pos", "APos");
+    row("alternatives", "Lon|Lat", "Lat lon", "LonLat");
+    row("an empty alternative", "Lon|", "Lon ", "Lat");
+    row("separator acts as wildcard", "A:B", "AB AxyzB", "A");
+    row("one character", "L?t", "Lat", "Lt Laat");
+    row("character set", "Pos[0-9]", "Pos3", "PosX");
+    row("no regular expression", "a+b", "a+b", "aab ab");
 }
 
 void tst_PathExpression::matchesName()
 {
-    QFETCH(QString, name);
     QFETCH(QString, pattern);
-    QFETCH(bool, matches);
+    QFETCH(QString, matching);
+    QFETCH(QString, others);
 
-    QCOMPARE(PathExpression().matchesName(name, pattern), matches);
+    for (QString const &name : matching.split(QLatin1Char(' ')))
+        QVERIFY2(PathExpression().matchesName(name, pattern), qPrintable(name));
+    for (QString const &name : others.split(QLatin1Char(' ')))
+        QVERIFY2(!PathExpression().matchesName(name, pattern), qPrintable(name));
 }
 
 void tst_PathExpression::setters_data()
@@ -147,15 +147,18 @@ void tst_PathExpression::setters_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("parts"); // -1: the overload without flags
     QTest::addColumn<QStringList>("log");
+    QTest::addColumn<bool>("fromText"); // built by the constructor that reads a text
     // matchesMayHaveChanged() comes from within expressionChanged(), ahead of the receivers
-    // connected after construction.
+    // connected after construction; an object built from a text does not emit it.
     auto row = [](char const *name, char const *slot, char const *text, int parts,
-                  char const *changes, char const *expression, int changed) {
+                  char const *changes, char const *expression, int changed, bool fromText = false) {
         QStringList log = QString::fromLatin1(changes).split(QLatin1Char(','), Qt::SkipEmptyParts);
+        if (changed && !fromText)
+            log << "matches";
         if (changed)
-            log << "matches" << QStringLiteral("expression ") + QLatin1String(expression)
+            log << QStringLiteral("expression ") + QLatin1String(expression)
                 << QStringLiteral("parts %1").arg(changed);
-        QTest::newRow(name) << QByteArray(slot) << text << parts << log;
+        QTest::newRow(name) << QByteArray(slot) << text << parts << log << fromText;
     };
 
     row("whole text", "setString", "A:B:C", -1, "format A,message B,field C", "A:B:C", All);
@@ -173,6 +176,7 @@ void tst_PathExpression::setters_data()
         "VEXA:Vel:La*", M | L);
     row("all wildcards", "setWildCard", "", -1, "format *,message *,field *", "*:*:*", All);
     row("message wildcard", "setWildCard", "", M, "message *", "VEXA:*:Lat", M);
+    row("built from text", "setFieldPart", "Lon", -1, "field Lon", "VEXA:Pos:Lon", L, true);
 }
 
 void tst_PathExpression::setters()
@@ -181,8 +185,11 @@ void tst_PathExpression::setters()
     QFETCH(QString, text);
     QFETCH(int, parts);
     QFETCH(QStringList, log);
+    QFETCH(bool, fromText);
 
-    PathExpression expression;
+    std::unique_ptr<PathExpression> const owner(
+        fromText ? new PathExpression(QStringLiteral("VEXA:Pos:Lat")) : new PathExpression);
+    PathExpression &expression = *owner;
     expression.setString(QStringLiteral("VEXA:Pos:Lat"));
     QStringList recorded;
     recordSignals(&expression, &recorded);
@@ -204,44 +211,33 @@ void tst_PathExpression::setters()
         QCOMPARE(partsSpy.takeFirst().at(0).value<Parts>(), Parts(log.last().mid(6).toInt()));
 }
 
-void tst_PathExpression::constructorsAndFilteringSet()
+void tst_PathExpression::filteringSet()
 {
     TracerRecorder recorder;
     {
-        PathExpression fresh;
-        QCOMPARE(fresh.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
-        QVERIFY(!fresh.getConsiderSubMessages() && !fresh.getFilteringMessageInfoSet());
-        // Built from text, the object announces text changes but not, through them, matches.
-        PathExpression fromText(QStringLiteral("VEXA::Lat|Lon"));
-        QCOMPARE(fromText.getString(PathExpression::AllParts), QStringLiteral("VEXA:*:Lat|Lon"));
-        QVERIFY(!fromText.getConsiderSubMessages() && !fromText.getFilteringMessageInfoSet());
-        QStringList log;
-        recordSignals(&fromText, &log);
-        fromText.setFieldPart(QStringLiteral("Lat"));
-        QCOMPARE(log, QStringList({ "field Lat", "expression VEXA:*:Lat", "parts 4" }));
-
         // One emission per change of the set or of its contents; only the current set counts.
+        PathExpression expression;
+        QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
         MessageInfo a(QStringLiteral("A"));
         MessageInfoSet first, second;
-        QSignalSpy spy(&fresh, &PathExpression::matchesMayHaveChanged);
-        fresh.setFilteringMessageInfoSet(&first);
-        fresh.setFilteringMessageInfoSet(&first);
+        QSignalSpy spy(&expression, &PathExpression::matchesMayHaveChanged);
+        expression.setFilteringMessageInfoSet(&first);
+        expression.setFilteringMessageInfoSet(&first);
         first.addMessageInfo(&a);
         QCOMPARE(spy.count(), 2);
-        fresh.setFilteringMessageInfoSet(&second);
+        expression.setFilteringMessageInfoSet(&second);
         first.removeMessageInfo(&a);
         second.addMessageInfo(&a);
         QCOMPARE(spy.count(), 4);
-        fresh.setFilteringMessageInfoSet(nullptr);
+        expression.setFilteringMessageInfoSet(nullptr);
         second.clear();
         QCOMPARE(spy.count(), 5);
         // Dropping the set must not cut the expression's own link to matchesMayHaveChanged().
-        fresh.setMessagePart(QStringLiteral("X"));
+        expression.setMessagePart(QStringLiteral("X"));
         QCOMPARE(spy.count(), 6);
     }
     QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
-             QStringList(
-                 { "+PathExpression", "+PathExpression", "-PathExpression", "-PathExpression" }));
+             QStringList({ "+PathExpression", "-PathExpression" }));
 }
 
 void tst_PathExpression::matchingLists_data()
@@ -342,23 +338,23 @@ void tst_PathExpression::selectionAndSetup()
         log,
         QStringList({ "message PosGeod", "field Height", "message PosGeod", "field BlockNumber" }));
 
+    // The whole expression, and "+sub" when sub-messages take part.
+    auto state = [&expression] {
+        return expression.getString(PathExpression::AllParts)
+            + (expression.getConsiderSubMessages() ? QStringLiteral(" +sub") : QString());
+    };
     expression.setupToMatchUnique(mDictionary->rtcm2());
-    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("RTCM2:*:*"));
-    QVERIFY(!expression.getConsiderSubMessages());
-    MessageInfo const *channel = mDictionary->measEpochChannel();
-    expression.setupToMatchUnique(channel);
-    QCOMPARE(expression.getMatchingMessageInfos(), Messages { channel });
-    QVERIFY(expression.getConsiderSubMessages());
+    QCOMPARE(state(), QStringLiteral("RTCM2:*:*"));
+    expression.setupToMatchUnique(mDictionary->measEpochChannel());
+    QCOMPARE(state(), QStringLiteral("VEXA:MeasEpochChannel:* +sub"));
     // A field shared by every block lists all its messages, in the field's order.
     expression.setConsiderSubMessages(false);
     expression.setupToMatchUnique(mDictionary->blockNumber());
-    QCOMPARE(expression.getString(PathExpression::AllParts),
+    QCOMPARE(state(),
              QStringLiteral("VEXA:PosCart|PosGeod|VelCart|VelGeod|ReceiverStatus|MeasEpoch|"
-                            "DiffCorrIn|ReceiverSetup:BlockNumber"));
-    QVERIFY(expression.getConsiderSubMessages());
-    FieldInfo const *svid = mDictionary->field("VEXA", "MeasEpochChannel", "SVID");
-    expression.setupToMatchUnique(svid);
-    QCOMPARE(expression.getMatchingFieldInfos(), Fields { svid });
+                            "DiffCorrIn|ReceiverSetup:BlockNumber +sub"));
+    expression.setupToMatchUnique(mDictionary->field("VEXA", "MeasEpochChannel", "SVID"));
+    QCOMPARE(state(), QStringLiteral("VEXA:MeasEpochChannel:SVID +sub"));
 
     TestFieldInfo orphan(QStringLiteral("Orphan"), FieldType::u(8));
     expression.setConsiderSubMessages(false);
@@ -368,8 +364,7 @@ void tst_PathExpression::selectionAndSetup()
              QStringList { "PathExpression::setupToMatchUnique: FieldInfo should "
                            "at least occur in 1 message info" });
     QCOMPARE(capture.functions(), QStringList { "setupToMatchUnique" });
-    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
-    QVERIFY(!expression.getConsiderSubMessages());
+    QCOMPARE(state(), QStringLiteral("*:*:*"));
 }
 
 void tst_PathExpression::uniqueLookups()
