@@ -56,7 +56,6 @@ public:
 private Q_SLOTS:
     void counting_data();
     void counting();
-    void movingBetweenManagers();
     void brokenCountsAreFatal_data();
     void brokenCountsAreFatal();
 };
@@ -81,12 +80,13 @@ void tst_MessageNeed::runChildScenario(QString const &scenario)
 
 void tst_MessageNeed::counting_data()
 {
-    // Steps on the needs a and b (c is made by "c*a", a copy of a, and destroyed by "c~"):
-    // "a+1" add, "a-1" remove, "a=1,2" set the list, "a!1" set the one need ("a!": null),
-    // "b<a" assign a to b, "flush" the manager's emitPendingSignal().
+    // Steps on the needs a and b, both first with manager 1 (c is made by "c*a", a copy of a,
+    // and destroyed by "c~"): "a+1" add, "a-1" remove, "a=1,2" set the list, "a!1" set the one
+    // need ("a!": null), "b<a" assign a to b, "a@2" move a to manager 2 ("a@0": to none),
+    // "flush" manager 1's emitPendingSignal(). Signals are those of both managers.
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("signalsAfterEachStep");
-    QTest::addColumn<QString>("counts");
+    QTest::addColumn<QString>("counts"); // manager 1's, then " | " and manager 2's, if any
     QTest::addColumn<QString>("needsOfA");
     auto row = [](char const *name, char const *steps, char const *signalCounts, char const *counts,
                   char const *needsOfA) {
@@ -108,6 +108,11 @@ void tst_MessageNeed::counting_data()
     row("assignment replaces the target's needs", "a=1 b=2 b<a", "1 2 3", "1:2", "1");
     // The clearing comes first, so the list copied from itself is empty.
     row("self-assignment withdraws all", "a=1,2 a<a", "1 2", "", "");
+    row("no manager keeps the list uncounted", "a=1,1,2 a@0", "1 2", "", "1,1,2");
+    row("needs move to another manager", "a=1,1,2 a@2 a@0 a@2", "1 3 4 5", " | 1:2 2:1", "1,1,2");
+    // Withdrawn (one signal), then registered anew (another).
+    row("the same manager again", "a=1 a@1", "1 3", "1:1", "1");
+    row("assignment moves to the source's manager", "a@2 a=1 b+3 b<a", "0 1 2 3", " | 1:2", "1");
 }
 
 void tst_MessageNeed::counting()
@@ -117,79 +122,55 @@ void tst_MessageNeed::counting()
     QFETCH(QString, counts);
     QFETCH(QString, needsOfA);
 
-    MessageNeedManager manager;
-    std::unique_ptr<MessageNeed> needs[3] { std::make_unique<MessageNeed>(&manager),
-                                            std::make_unique<MessageNeed>(&manager), nullptr };
-    QSignalSpy spy(&manager, &MessageNeedManager::messageSetChanged);
-    QStringList signalCounts;
-    auto need = [&needs](QChar name) -> std::unique_ptr<MessageNeed> & {
-        return needs[name.toLatin1() - 'a'];
-    };
-    for (QString const &step : steps.split(QLatin1Char(' '))) {
-        char const op = step.at(1).toLatin1();
-        QString const argument = step.mid(2);
-        if (step == QLatin1String("flush"))
-            manager.emitPendingSignal();
-        else if (op == '+')
-            need(step.at(0))->addMessageNeeded(info(argument.toInt()));
-        else if (op == '-')
-            need(step.at(0))->removeMessageNeeded(info(argument.toInt()));
-        else if (op == '=')
-            need(step.at(0))->setMessagesNeeded(infos(argument));
-        else if (op == '!')
-            need(step.at(0))->setMessageNeeded(infos(argument).value(0));
-        else if (op == '<')
-            *need(step.at(0)) = *need(argument.at(0));
-        else if (op == '*')
-            need(step.at(0)) = std::make_unique<MessageNeed>(*need(argument.at(0)));
-        else
-            need(step.at(0)).reset();
-        signalCounts.append(QString::number(spy.count()));
-    }
-    QCOMPARE(signalCounts.join(QLatin1Char(' ')), signalsAfterEachStep);
-    QCOMPARE(::counts(manager), counts);
-    QCOMPARE(text(needs[0]->getMessagesNeeded()), needsOfA);
-    QCOMPARE(needs[0]->getManager(), &manager);
-}
-
-void tst_MessageNeed::movingBetweenManagers()
-{
     TracerRecorder recorder;
     {
         MessageNeedManager first, second;
-        MessageNeed need(&first);
-        need.setMessagesNeeded(infos(QStringLiteral("1,1,2")));
+        MessageNeedManager *const managers[] { nullptr, &first, &second };
+        std::unique_ptr<MessageNeed> needs[3] { std::make_unique<MessageNeed>(&first),
+                                                std::make_unique<MessageNeed>(&first), nullptr };
         QSignalSpy firstSpy(&first, &MessageNeedManager::messageSetChanged);
         QSignalSpy secondSpy(&second, &MessageNeedManager::messageSetChanged);
-        // Without a manager the list is kept but counted nowhere.
-        need.setManager(nullptr);
-        QCOMPARE(text(need.getMessagesNeeded()), QStringLiteral("1,1,2"));
-        need.setManager(&second);
-        QCOMPARE(need.getManager(), &second);
-        QCOMPARE(counts(first), QString());
-        QCOMPARE(counts(second), QStringLiteral("1:2 2:1"));
-        QCOMPARE(firstSpy.count(), 1);
-        QCOMPARE(secondSpy.count(), 1);
-        // The same manager again: withdrawn (one signal), then registered anew (another).
-        need.setManager(&second);
-        QCOMPARE(secondSpy.count(), 3);
-        QCOMPARE(counts(second), QStringLiteral("1:2 2:1"));
-
-        // Assignment moves the target to the source's manager, withdrawing its needs there.
-        MessageNeed target(&first);
-        target.addMessageNeeded(info(3));
-        target = need;
-        QCOMPARE(target.getManager(), &second);
-        QCOMPARE(counts(first), QString());
-        QCOMPARE(firstSpy.count(), 3);
-        QCOMPARE(counts(second), QStringLiteral("1:4 2:2"));
-        QCOMPARE(secondSpy.count(), 3);
-        MessageNeed const copy(target);
+        QStringList signalCounts;
+        auto need = [&needs](QChar name) -> std::unique_ptr<MessageNeed> & {
+            return needs[name.toLatin1() - 'a'];
+        };
+        for (QString const &step : steps.split(QLatin1Char(' '))) {
+            char const op = step.at(1).toLatin1();
+            QString const argument = step.mid(2);
+            if (step == QLatin1String("flush"))
+                first.emitPendingSignal();
+            else if (op == '+')
+                need(step.at(0))->addMessageNeeded(info(argument.toInt()));
+            else if (op == '-')
+                need(step.at(0))->removeMessageNeeded(info(argument.toInt()));
+            else if (op == '=')
+                need(step.at(0))->setMessagesNeeded(infos(argument));
+            else if (op == '!')
+                need(step.at(0))->setMessageNeeded(infos(argument).value(0));
+            else if (op == '<')
+                *need(step.at(0)) = *need(argument.at(0));
+            else if (op == '@')
+                need(step.at(0))->setManager(managers[argument.toInt()]);
+            else if (op == '*')
+                need(step.at(0)) = std::make_unique<MessageNeed>(*need(argument.at(0)));
+            else
+                need(step.at(0)).reset();
+            signalCounts.append(QString::number(firstSpy.count() + secondSpy.count()));
+        }
+        QCOMPARE(signalCounts.join(QLatin1Char(' ')), signalsAfterEachStep);
+        QString const secondCounts = ::counts(second);
+        QCOMPARE(::counts(first) + (secondCounts.isEmpty() ? QString() : " | " + secondCounts),
+                 counts);
+        QCOMPARE(text(needs[0]->getMessagesNeeded()), needsOfA);
     }
-    QCOMPARE(recorder.events(),
-             QStringList({ "+MessageNeedManager", "+MessageNeedManager", "+MessageNeed",
-                           "+MessageNeed", "+MessageNeed", "-MessageNeed", "-MessageNeed",
-                           "-MessageNeed", "-MessageNeedManager", "-MessageNeedManager" }));
+    // Every need reports its life, copies included, and so do the managers.
+    int const needs = 2 + steps.count(QLatin1Char('*'));
+    QStringList const events = recorder.events();
+    QCOMPARE(events.count(QStringLiteral("+MessageNeed")), needs);
+    QCOMPARE(events.count(QStringLiteral("-MessageNeed")), needs);
+    QCOMPARE(events.mid(0, 2) + events.mid(events.size() - 2),
+             QStringList({ "+MessageNeedManager", "+MessageNeedManager", "-MessageNeedManager",
+                           "-MessageNeedManager" }));
 }
 
 void tst_MessageNeed::brokenCountsAreFatal_data()
