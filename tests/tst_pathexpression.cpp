@@ -108,6 +108,7 @@ void tst_PathExpression::syntax()
     QCOMPARE(QStringList({ format, message, field }).join(QLatin1Char(':')), split);
     QCOMPARE(pathExpression.getString(Parts(parts)), text);
     QCOMPARE(pathExpression.isWildCard(Parts(parts)), isWildCard);
+    // Also a text that already ends with the wildcard gets one more.
     QCOMPARE(pathExpression.maybeAppendWildCard(text), text + QLatin1Char('*'));
 }
 
@@ -252,7 +253,6 @@ void tst_PathExpression::matchingLists_data()
     };
 
     row("fresh object lists each format once", "*:*:*", false, F, "VEXA RTCM3 RTCM2 CMR");
-    row("alternatives, other case", "vexa:velgeod|posgeod", false, M, "PosGeod VelGeod");
     // Repeats are told apart by object: each position message has its own "Mode" field.
     row("fields once per object", "VEXA:Pos*:*", false, L,
         "BlockNumber TOW WNc Mode Error X Y Z NrSV Datum Mode Latitude Longitude Height");
@@ -265,8 +265,7 @@ void tst_PathExpression::matchingLists_data()
     row("messages only through a matching field", "*:*:Latitude", false, M, "PosGeod");
     row("sub-messages left out", "VEXA:*:SVID", false, All, "");
     row("sub-messages included", "VEXA:*:SVID", true, All, "VEXA:MeasEpochChannel:SVID");
-    row("format alternatives and sets", "RTCM?|CMR:Type1|CMR[OR]*", false, M,
-        "Type1 CMRObs CMRRef");
+    row("alternatives and sets", "rtcm?|CMR:type1|CMR[OR]*", false, M, "Type1 CMRObs CMRRef");
 }
 
 void tst_PathExpression::matchingLists()
