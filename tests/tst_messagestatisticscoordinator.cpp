@@ -133,8 +133,7 @@ void tst_MessageStatisticsCoordinator::gapDetectionRegistrationAndCloseEpoch()
     mCoordinator->enableGapDetection(&mPosition);
     send(QStringLiteral("Pos@1000 Status@1000"));
     mCoordinator->enableGapDetection(&mStatus);
-    send(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 "
-                        "Pos@3000 Status@3000"));
+    send(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 Status@3000"));
     MessageStatistics *position = mCoordinator->getMessageStatistics(&mPosition);
     MessageStatistics *status = mCoordinator->getMessageStatistics(&mStatus);
     QVERIFY(position->isGapDetectionEnabled());
@@ -195,9 +194,7 @@ void tst_MessageStatisticsCoordinator::clearAndDisconnect()
 
     coordinator->clear();
     QVERIFY(known.isNull() && unknownMessage.isNull());
-    QVERIFY(coordinator->getAllMessageStatistics().isEmpty());
     QVERIFY(!coordinator->hasStatistics(&mPosition));
-    QVERIFY(coordinator->children().isEmpty());
     QCOMPARE(coordinator->getEventCount(MessageApiEvent::CrcError), 0u);
     QCOMPARE(coordinator->getLastMessageMillis(), 2000ULL);
     QVERIFY(coordinator->hasValidLastMessageMillis());
