@@ -165,16 +165,13 @@ void tst_PathExpression::setters_data()
     row("whole text", "setString", "A:B:C", -1, "format A,message B,field C", "A:B:C", All);
     row("only changed parts", "setString", "vexa:Pos:Lat", -1, "format vexa", "vexa:Pos:Lat", F);
     row("same text", "setString", "VEXA:Pos:Lat", -1, "", "", 0);
-    row("part setter keeps first piece", "setMessagePart", "Vel:Lon", -1, "message Vel",
-        "VEXA:Vel:Lat", M);
+    row("first piece only", "setMessagePart", "V:L", -1, "message V", "VEXA:V:Lat", M);
     row("format and field flags", "setString", "A:C", F | L, "format A,field C", "A:Pos:C", F | L);
     row("field prefix", "setFieldPartPrefix", "la", -1, "field la*", "VEXA:Pos:la*", L);
-    row("prefix doubles wildcard", "setMessagePartPrefix", "Po*", -1, "message Po**",
-        "VEXA:Po**:Lat", M);
-    row("prefix on the last part", "setStringPrefix", "VEXA:Po", -1, "message Po*,field *",
-        "VEXA:Po*:*", M | L);
-    row("prefix with flags", "setStringPrefix", "Vel:La", M | L, "message Vel,field La*",
-        "VEXA:Vel:La*", M | L);
+    row("prefix on a wildcard", "setMessagePartPrefix", "P*", -1, "message P**", "VEXA:P**:Lat", M);
+    row("last part prefix", "setStringPrefix", "VEXA:P", -1, "message P*,field *", "VEXA:P*:*",
+        M | L);
+    row("prefix, flags", "setStringPrefix", "V:L", M | L, "message V,field L*", "VEXA:V:L*", M | L);
     row("all wildcards", "setWildCard", "", -1, "format *,message *,field *", "*:*:*", All);
     row("message wildcard", "setWildCard", "", M, "message *", "VEXA:*:Lat", M);
     row("built from text", "setFieldPart", "Lon", -1, "field Lon", "VEXA:Pos:Lon", L, true);
