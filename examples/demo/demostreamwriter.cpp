@@ -32,7 +32,8 @@ void DemoStreamWriter::writeBlock(QByteArray const &block)
 void DemoStreamWriter::writeDamagedBlock(QByteArray const &block, int byteIndex)
 {
     QByteArray damaged = frame(block);
-    damaged[DemoStreamParser::frameHeaderSize + byteIndex] ^= char(0x10);
+    const int index = DemoStreamParser::frameHeaderSize + byteIndex;
+    damaged[index] = char(damaged.at(index) ^ 0x10);
     write(damaged);
 }
 
