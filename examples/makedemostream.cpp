@@ -46,9 +46,11 @@ private:
     {
         mCurrent = mDictionary.createMessage(mDictionary.getMessageInfo(type), time, records);
     }
+    /// A value of the wrong type or outside the block is a mistake in this program.
     void set(QString const &field, FieldValue const &value, unsigned int index = 0)
     {
-        mCurrent->getInfo()->getFieldInfo(field)->setValue(mCurrent, index, value);
+        if (!mCurrent->getInfo()->getFieldInfo(field)->setValue(mCurrent, index, value))
+            qFatal("makedemostream: cannot set %s", qPrintable(field));
     }
     /// The current block's bytes; the block itself is let go.
     QByteArray take()

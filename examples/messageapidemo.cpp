@@ -137,7 +137,7 @@ int main(int argc, char **argv)
 
     // The late phase: after everyone has seen a message, keep the newest of each type.
     QHash<MessageInfo const *, Message const *> lastMessages;
-    QObject::connect(&receivers, &MessageSource::newMessageLate, &epochs,
+    QObject::connect(&receivers, &MessageSource::newMessageLate, &receivers,
                      [&lastMessages](Message const *message) {
                          message->addReference();
                          Message const *&last = lastMessages[message->getInfo()];
