@@ -88,6 +88,8 @@ private Q_SLOTS:
     void acceptsOnlyItsOwnMessages();
     void counting_data();
     void counting();
+    void handedOutHistogramKeepsItsCounts_data();
+    void handedOutHistogramKeepsItsCounts();
     void gapDetection_data();
     void gapDetection();
     void gapStoreLimit();
@@ -233,6 +235,49 @@ void tst_MessageStatistics::counting()
     QCOMPARE(statistics.getLastInterval(), lastInterval);
     QCOMPARE(statistics.hasValidLastInterval(), lastInterval != unknown);
     QCOMPARE(statistics.getLastIntervalRepeatCount(), repeats);
+}
+
+void tst_MessageStatistics::handedOutHistogramKeepsItsCounts_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QString>("handedOut");
+    QTest::addColumn<QString>("current");
+
+    QTest::newRow("the same interval again") << "1000 2000 3000"
+                                             << "4000"
+                                             << "1000=3"
+                                             << "1000=4";
+    QTest::newRow("a new interval, then the old one") << "1000 2000 3000"
+                                                      << "4500 5500 6500"
+                                                      << "1000=3"
+                                                      << "1000=5 1500=1";
+    QTest::newRow("an interval filled in") << "1000 2000"
+                                           << "3000"
+                                           << "1000=1"
+                                           << "1000=3";
+}
+
+void tst_MessageStatistics::handedOutHistogramKeepsItsCounts()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QString, handedOut);
+    QFETCH(QString, current);
+
+    TimeSource time;
+    MessageStatistics statistics(&mDictionary.info, &time, nullptr);
+    run(statistics, time, before);
+    const QHash<long long, unsigned int> copy = statistics.getIntervalCountHash();
+    run(statistics, time, after);
+
+    QStringList copied;
+    for (long long interval : statistics.getIntervalsSortedOnDuration()) {
+        if (copy.contains(interval))
+            copied.append(QStringLiteral("%1=%2").arg(interval).arg(copy.value(interval)));
+    }
+    QCOMPARE(copied.join(QLatin1Char(' ')), handedOut);
+    QCOMPARE(histogram(statistics), current);
 }
 
 void tst_MessageStatistics::gapDetection_data()
