@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "eventlog.h"
 
+#include "auxiliary/qtcompat.h"
 #include "auxiliary/tracing.h"
 #include "messagesource.h"
 #include "timesource.h"
@@ -40,25 +41,34 @@ QDateTime EventLog::getTime() const
 
 void EventLog::processEvent(MessageApiEvent event)
 {
-    // Counted under the text as it arrived, before any prefix is added. Once past the limit
-    // the count stays there, so an endless stream of one text cannot wrap it around.
-    int32_t &count = mRepeatCounts[event.getMessage()];
-    if (count > getMaxRepeat())
+    // Counted under the text as it arrived, before any prefix is added.
+    const QString text = event.getMessage();
+    // A count past the limit never changes again until clear(), so the remembered text needs
+    // no look-up.
+    if (mHasTextPastLimit && text == mTextPastLimit)
         return;
-    ++count;
-    if (count > getMaxRepeat())
+    // Once past the limit the count stays there, so an endless stream of one text cannot wrap
+    // it around.
+    int32_t &count = mRepeatCounts[text];
+    if (count > getMaxRepeat() || ++count > getMaxRepeat()) {
+        mTextPastLimit = text;
+        mHasTextPastLimit = true;
         return;
+    }
     if (count == getMaxRepeat())
         event.addNotificationOfFutureDiscarding();
 
-    const Entry entry(getTime(), event);
-    mEntries.append(entry);
-    Q_EMIT newEntry(entry);
+    MessageApiCompat::emplaceBack(mEntries, getTime(), event);
+    // The signal's argument is a copy made before any listener runs, so a listener that
+    // clears the log does not pull the entry from under the others.
+    Q_EMIT newEntry(mEntries.constLast());
 }
 
 void EventLog::clear()
 {
     mEntries.clear();
     mRepeatCounts.clear();
+    mTextPastLimit.clear();
+    mHasTextPastLimit = false;
     Q_EMIT cleared();
 }

@@ -38,9 +38,11 @@ public:
     struct Entry
     {
         Entry() = default;
-        Entry(QDateTime time, MessageApiEvent event)
+        // The event by reference: it has no move constructor, so a by-value parameter would
+        // cost a second copy.
+        Entry(QDateTime time, MessageApiEvent const &event)
             : time(std::move(time))
-            , event(std::move(event))
+            , event(event)
         { }
 
         QDateTime time;
@@ -73,8 +75,15 @@ private:
     QList<Entry> mEntries;
     TimeSource *mTimeSource;
     QHash<QString, int32_t> mRepeatCounts;
+    /// The text most recently found past the repeat limit (valid when mHasTextPastLimit): a
+    /// storm of one error text is then dropped after one comparison, without a look-up.
+    QString mTextPastLimit;
+    bool mHasTextPastLimit = false;
 };
 
+// Entries hold nothing that points at itself: a growing list may move them as raw memory
+// instead of copying each event.
+Q_DECLARE_TYPEINFO(EventLog::Entry, Q_RELOCATABLE_TYPE);
 Q_DECLARE_METATYPE(EventLog::Entry)
 
 #endif // MESSAGEAPI_EVENTLOG_H

@@ -94,6 +94,7 @@ public:
 private:
     friend class FieldInfo;
     friend class DictionaryAccess;
+    friend class DictionaryTestAccess;
 
     MessageInfo(MessageInfo const &) = delete;
     MessageInfo &operator=(MessageInfo const &) = delete;

@@ -17,8 +17,6 @@
 MSGAPI_SOURCE_FILE("MESSAGESTATISTICS", "src/messagestatistics")
 
 namespace {
-/// How many of the latest intervals the propagation looks back on.
-constexpr int recentIntervalCapacity = 4;
 /// How close to a whole multiple of the regular interval an epoch close must come to count the
 /// epoch that has just ended, in regular intervals.
 constexpr double epochCloseTolerance = 0.001;
@@ -153,27 +151,41 @@ void MessageStatistics::addIntervalCount(long long interval, int delta)
         applyCountDelta(mCountWithUnknownInterval, delta);
         return;
     }
+    // The kept count stays where it is until the hash grows (an insertion may move every
+    // entry, and then replaces it), but a write through it must not reach a copy of the hash
+    // handed out by getIntervalCountHash(): only while the hash is ours alone.
+    if (mCachedIntervalCount && interval == mCachedInterval && mIntervalCounts.isDetached()) {
+        applyCountDelta(*mCachedIntervalCount, delta);
+        return;
+    }
     auto it = mIntervalCounts.find(interval);
     if (it != mIntervalCounts.end())
         applyCountDelta(it.value(), delta);
     else if (delta > 0)
-        mIntervalCounts.insert(interval, static_cast<unsigned int>(delta));
+        it = mIntervalCounts.insert(interval, static_cast<unsigned int>(delta));
+    else
+        return;
+    mCachedInterval = interval;
+    mCachedIntervalCount = &it.value();
 }
 
 void MessageStatistics::handleIntervalPropagation(long long interval)
 {
-    mRecentIntervals.enqueue(interval);
-    while (mRecentIntervals.size() > recentIntervalCapacity)
-        mRecentIntervals.dequeue();
-    const int size = mRecentIntervals.size();
+    if (mRecentIntervalCount == recentIntervalCapacity) {
+        for (int i = 1; i < recentIntervalCapacity; ++i)
+            mRecentIntervals[i - 1] = mRecentIntervals[i];
+        --mRecentIntervalCount;
+    }
+    mRecentIntervals[mRecentIntervalCount++] = interval;
+    const int size = mRecentIntervalCount;
     if (size < 3)
         return;
 
     // A message whose interval was unknown takes the interval of the two that follow it when
     // those agree.
-    const long long newest = mRecentIntervals.at(size - 1);
-    const long long before = mRecentIntervals.at(size - 2);
-    const long long beforeThat = mRecentIntervals.at(size - 3);
+    const long long newest = mRecentIntervals[size - 1];
+    const long long before = mRecentIntervals[size - 2];
+    const long long beforeThat = mRecentIntervals[size - 3];
     if (newest == 0 || newest == unknownIntervalMarker || before != newest
         || beforeThat != unknownIntervalMarker)
         return;

@@ -7,7 +7,6 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
-#include <QQueue>
 #include <QString>
 #include <QVector>
 
@@ -148,6 +147,9 @@ public Q_SLOTS:
 private:
     Q_DISABLE_COPY(MessageStatistics)
 
+    /// How many of the latest intervals the propagation keeps.
+    static constexpr int recentIntervalCapacity = 4;
+
     void addIntervalCount(long long interval, int delta);
     void handleIntervalPropagation(long long interval);
     void updateRegularIntervalForGapDetection();
@@ -161,12 +163,19 @@ private:
     unsigned int mCountWithUnknownInterval;
     unsigned int mCountWithUnknownTime;
     QHash<long long, unsigned int> mIntervalCounts;
+    /// The count of mCachedInterval inside mIntervalCounts, or null: the same interval comes
+    /// again and again, so its count is kept at hand until the hash grows.
+    unsigned int *mCachedIntervalCount = nullptr;
+    long long mCachedInterval = 0;
     bool mLastTimeValid;
     unsigned long long mLastMillis;
     bool mLastIntervalValid;
     long long mLastInterval;
     unsigned int mLastIntervalRepeatCount;
-    QQueue<long long> mRecentIntervals;
+    /// The latest intervals passed to the propagation, oldest first; a fixed array, since it
+    /// is shifted for every message.
+    long long mRecentIntervals[recentIntervalCapacity] = {};
+    int mRecentIntervalCount = 0;
     QVector<Gap> mGaps;
     int mNumberOfGaps;
     int mNumberOfMissingEpochs;

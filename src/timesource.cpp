@@ -30,11 +30,9 @@ QDateTime TimeSource::getTime()
     if (millis == 0)
         return time;
 
-    time.setSecsSinceEpoch(qint64(millis / msPerS) + gpsEpochOffsetS);
     // The fraction is deliberately not applied: the times shown to users are whole seconds,
     // and every display of this clock relies on that.
-    const qint64 remainderMs = qint64(millis % msPerS);
-    static_cast<void>(time.addMSecs(remainderMs));
+    time.setSecsSinceEpoch(qint64(millis / msPerS) + gpsEpochOffsetS);
     return time;
 }
 

@@ -14,104 +14,76 @@ class tst_Platform : public QObject
     Q_OBJECT
 
 public:
-    static void runChildScenario(QString const &scenario);
+    static void runChildScenario(QString const &scenario)
+    {
+        MemLeakTracer *tracer = MemLeakTracer::getInstance();
+        if (scenario == QLatin1String("leak")) {
+            tracer->setEnabled(true);
+            tracer->doAllocateObject(QStringLiteral("Leaky"));
+            tracer->doAllocateObject(QStringLiteral("Balanced"));
+            tracer->doDeallocateObject(QStringLiteral("Balanced"));
+            std::exit(0);
+        }
+        if (scenario == QLatin1String("fatal"))
+            qFatal("%s", "child fatal text.");
+    }
 
 private Q_SLOTS:
-    void countsOnlyWhileEnabled();
-    void resetForgetsCounts();
-    void defaultAssertHandlerWarnsWithAllItems();
-    void handlerIsReplacedAndRestored();
-    void leakReportAtExit();
-    void fatalChildReportsItsText();
-};
-
-void tst_Platform::runChildScenario(QString const &scenario)
-{
-    if (scenario == QLatin1String("leak")) {
-        MemLeakTracer::getInstance()->setEnabled(true);
-        MemLeakTracer::getInstance()->doAllocateObject(QStringLiteral("Leaky"));
-        MemLeakTracer::getInstance()->doAllocateObject(QStringLiteral("Balanced"));
-        MemLeakTracer::getInstance()->doDeallocateObject(QStringLiteral("Balanced"));
-        std::exit(0);
-    }
-    if (scenario == QLatin1String("fatal"))
-        qFatal("%s", "child fatal text.");
-}
-
-void tst_Platform::countsOnlyWhileEnabled()
-{
-    MemLeakTracer *tracer = MemLeakTracer::getInstance();
-    tracer->reset();
-    tracer->setEnabled(false);
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    QCOMPARE(tracer->getAllocationCount(QStringLiteral("Thing")), 0u);
-
-    tracer->setEnabled(true);
-    QVERIFY(tracer->isEnabled());
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->doDeallocateObject(QStringLiteral("Thing"));
-    QCOMPARE(tracer->getAllocationCount(QStringLiteral("Thing")), 2u);
-    QCOMPARE(tracer->getDeallocationCount(QStringLiteral("Thing")), 1u);
-    QCOMPARE(tracer->getLiveCount(QStringLiteral("Thing")), 1);
-    QCOMPARE(tracer->getLiveCount(QStringLiteral("Other")), 0);
-    tracer->setEnabled(false);
-    tracer->reset();
-}
-
-void tst_Platform::resetForgetsCounts()
-{
-    MemLeakTracer *tracer = MemLeakTracer::getInstance();
-    tracer->setEnabled(true);
-    tracer->doAllocateObject(QStringLiteral("Thing"));
-    tracer->reset();
-    QVERIFY(tracer->isEnabled());
-    QCOMPARE(tracer->getLiveCount(QStringLiteral("Thing")), 0);
-    tracer->setEnabled(false);
-}
-
-void tst_Platform::defaultAssertHandlerWarnsWithAllItems()
-{
-    WarningCapture warnings;
-    dbg_Assert("MOD", "SUB", "doIt", "src/thing", 12, "it broke");
-    QCOMPARE(warnings.warnings(),
-             QStringList(QStringLiteral("ASSERTION FAILED [MOD/SUB] doIt (src/thing:12): it broke")));
-}
-
-void tst_Platform::handlerIsReplacedAndRestored()
-{
-    WarningCapture warnings;
+    void countsOnlyWhileEnabled()
     {
-        AssertCapture capture;
-        dbg_Assert("M", "S", "f", "file", 3, "text");
-        QCOMPARE(capture.texts(), QStringList(QStringLiteral("text")));
-        QCOMPARE(capture.reports().constFirst().line, 3);
+        MemLeakTracer *tracer = MemLeakTracer::getInstance();
+        const QString thing = QStringLiteral("Thing");
+        tracer->reset();
+        tracer->setEnabled(false);
+        tracer->doAllocateObject(thing); // not counted
+        tracer->setEnabled(true);
+        tracer->doAllocateObject(thing);
+        tracer->doAllocateObject(thing);
+        tracer->doDeallocateObject(thing);
+        QCOMPARE(tracer->getAllocationCount(thing), 2u);
+        QCOMPARE(tracer->getDeallocationCount(thing), 1u);
+        QCOMPARE(tracer->getLiveCount(thing), 1);
+        QCOMPARE(tracer->getLiveCount(QStringLiteral("Other")), 0);
+
+        tracer->reset(); // forgets the counts, stays enabled
+        QVERIFY(tracer->isEnabled());
+        QCOMPARE(tracer->getLiveCount(thing), 0);
+        tracer->setEnabled(false);
     }
-    QVERIFY(warnings.warnings().isEmpty());
-    dbg_Assert("M", "S", "f", "file", 3, "after");
-    QCOMPARE(warnings.warnings().size(), 1);
-}
 
-void tst_Platform::leakReportAtExit()
-{
-    const ChildProcess::Result result = ChildProcess::run(QStringLiteral("leak"));
-    QVERIFY(result.finished);
-    QVERIFY(!result.crashed);
-    QCOMPARE(result.exitCode, 0);
-    QVERIFY2(result.errorLines().contains(
-                 QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit")),
-             qPrintable(result.standardError));
-    QVERIFY(!result.standardError.contains(QStringLiteral("Balanced")));
-}
+    void assertHandlerIsReplacedAndRestored()
+    {
+        WarningCapture warnings;
+        {
+            AssertCapture capture;
+            dbg_Assert("M", "S", "f", "file", 3, "text");
+            QCOMPARE(capture.texts(), QStringList(QStringLiteral("text")));
+        }
+        QVERIFY(warnings.warnings().isEmpty());
+        dbg_Assert("MOD", "SUB", "doIt", "src/thing", 12, "it broke");
+        QCOMPARE(warnings.warnings(),
+                 QStringList(
+                     QStringLiteral("ASSERTION FAILED [MOD/SUB] doIt (src/thing:12): it broke")));
+    }
 
-void tst_Platform::fatalChildReportsItsText()
-{
-    const ChildProcess::Result result = ChildProcess::run(QStringLiteral("fatal"));
-    QVERIFY(result.finished);
-    QVERIFY(result.crashed);
-    QVERIFY2(result.errorLines().contains(QStringLiteral("child fatal text.")),
-             qPrintable(result.standardError));
-}
+    void leakReportAtExit()
+    {
+        const ChildProcess::Result result = ChildProcess::run(QStringLiteral("leak"));
+        QVERIFY(result.finished && !result.crashed && result.exitCode == 0);
+        QVERIFY2(result.errorLines().contains(
+                     QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit")),
+                 qPrintable(result.standardError));
+        QVERIFY(!result.standardError.contains(QStringLiteral("Balanced")));
+    }
+
+    void fatalRunsInAChildProcess()
+    {
+        const ChildProcess::Result result = ChildProcess::run(QStringLiteral("fatal"));
+        QVERIFY(result.finished && result.crashed);
+        QVERIFY2(result.errorLines().contains(QStringLiteral("child fatal text.")),
+                 qPrintable(result.standardError));
+    }
+};
 
 MSGAPI_TEST_MAIN_WITH_SCENARIOS(tst_Platform)
 #include "tst_platform.moc"

@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QString>
 
+#include <deque>
+
 /**
  * Process-wide allocation tracer of the platform framework.
  *
@@ -21,6 +23,14 @@ class FW_EXPORT MemLeakTracer
 public:
     /// The one tracer of the process, built on first use and destroyed at exit.
     static MemLeakTracer *getInstance();
+
+    /**
+     * Whether a report could be counted now: false once the tracer is built with counting off
+     * (or is gone at exit), true before it is built, so that the first report still builds it
+     * and reads the environment. One load, for callers that report so often that even the call
+     * into a disabled tracer shows: when false, the reports may be skipped.
+     */
+    static bool mayCount() { return sCountingState != CountingOff; }
 
     void doAllocateObject(QString const &className);
     void doDeallocateObject(QString const &className);
@@ -52,9 +62,28 @@ private:
         quint64 deallocations = 0;
     };
 
+    /// A class name whose characters stay where they are for the life of the program (a
+    /// string literal), remembered by their address with the counts it names.
+    struct StaticName
+    {
+        QChar const *characters = nullptr;
+        qsizetype size = 0;
+        Counts *counts = nullptr;
+    };
+    static constexpr int staticNameSlots = 256;
+
+    enum CountingState : unsigned char { NotBuilt, CountingOff, CountingOn };
+    static CountingState sCountingState;
+
+    Counts &countsOf(QString const &className);
+    Counts &countsByName(QString const &className);
+    static int staticNameSlot(QChar const *characters);
+
     bool mEnabled = false;
     Observer mObserver = nullptr;
-    QHash<QString, Counts> mCounts;
+    QHash<QString, Counts *> mCounts;
+    std::deque<Counts> mCountStorage; ///< keeps the counts in place as classes are added
+    StaticName mStaticNames[staticNameSlots];
 };
 
 #endif // FW_MEMLEAKTRACER_H

@@ -15,16 +15,22 @@
 
 namespace MessageApiTracing {
 
+// Values report every copy, so a disabled tracer must cost no more than one test: the call is
+// skipped when the tracer says it would not count. A literal name costs nothing to build and
+// lets an enabled tracer find its counts by address.
+
 /// Reports the construction of one object of the named class (pass a QStringLiteral).
 inline void allocated(QString const &className)
 {
-    MemLeakTracer::getInstance()->doAllocateObject(className);
+    if (MemLeakTracer::mayCount())
+        MemLeakTracer::getInstance()->doAllocateObject(className);
 }
 
 /// Reports the destruction of one object of the named class (pass a QStringLiteral).
 inline void deallocated(QString const &className)
 {
-    MemLeakTracer::getInstance()->doDeallocateObject(className);
+    if (MemLeakTracer::mayCount())
+        MemLeakTracer::getInstance()->doDeallocateObject(className);
 }
 
 } // namespace MessageApiTracing
