@@ -15,6 +15,8 @@ private Q_SLOTS:
     void hundredthIsMarkedAndLaterOnesDropped();
     void repeatsAreCountedByTextAlone_data();
     void repeatsAreCountedByTextAlone();
+    void everyTextIsLimitedOnItsOwn_data();
+    void everyTextIsLimitedOnItsOwn();
     void entriesStampedWithTimeSource();
     void withoutTimeSourceStampsLocalTime();
     void diesWithSource();
@@ -110,6 +112,48 @@ void tst_EventLog::repeatsAreCountedByTextAlone()
                  QLatin1String("[Event discarded in future:] ")),
              countTogether);
     QCOMPARE(int(log.getEntries().at(99).event.getType()), secondType);
+}
+
+void tst_EventLog::everyTextIsLimitedOnItsOwn_data()
+{
+    // Steps: a letter stands for the text "<letter> CRC error", "_" for an empty text, and
+    // "*n" repeats the step n times.
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<bool>("freshTexts"); // each event's text built anew, not shared
+    QTest::addColumn<int>("logged");
+
+    QTest::newRow("two storms, then alternating") << "A*101 B*101 A B A B" << false << 200;
+    QTest::newRow("two storms, texts built anew") << "A*101 B*101 A B A B" << true << 200;
+    QTest::newRow("a new text after a storm") << "A*150 B A*2 B" << false << 102;
+    QTest::newRow("a storm between repeats of another") << "B*50 A*120 B*50 A B" << false << 200;
+    QTest::newRow("an empty text first") << "_ A*101 _" << false << 102;
+    QTest::newRow("a storm of empty texts") << "_*105 A" << true << 101;
+}
+
+void tst_EventLog::everyTextIsLimitedOnItsOwn()
+{
+    QFETCH(QString, steps);
+    QFETCH(bool, freshTexts);
+    QFETCH(int, logged);
+
+    MessageSource source(QStringLiteral("S"), nullptr);
+    TimeSource clock;
+    EventLog log(&source, &clock);
+    QSignalSpy entries(&log, &EventLog::newEntry);
+    QHash<QChar, QString> sharedTexts;
+    for (QString const &step : steps.split(QLatin1Char(' '))) {
+        const QChar letter = step.at(0);
+        const int times = step.size() > 1 ? step.mid(2).toInt() : 1;
+        const QString text
+            = letter == QLatin1Char('_') ? QString() : letter + QStringLiteral(" CRC error");
+        if (!sharedTexts.contains(letter))
+            sharedTexts.insert(letter, text);
+        for (int i = 0; i < times; ++i)
+            source.reportEvent(crcEvent(freshTexts ? QString(text.constData(), text.size())
+                                                   : sharedTexts.value(letter)));
+    }
+    QCOMPARE(log.getEntries().size(), logged);
+    QCOMPARE(entries.count(), logged);
 }
 
 void tst_EventLog::entriesStampedWithTimeSource()

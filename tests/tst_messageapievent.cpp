@@ -16,6 +16,7 @@ private Q_SLOTS:
     void discardingNotice_data();
     void discardingNotice();
     void tracesEveryConstructionButNotAssignment();
+    void moveTakesTheTextAndReports();
     void carriedByQVariant();
 };
 
@@ -80,7 +81,8 @@ void tst_MessageApiEvent::discardingNotice_data()
     QTest::addColumn<int>("times");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("empty text") << QString() << 1 << QStringLiteral("[Event discarded in future:] ");
+    QTest::newRow("empty text") << QString() << 1
+                                << QStringLiteral("[Event discarded in future:] ");
     QTest::newRow("once") << QStringLiteral("abc") << 1
                           << QStringLiteral("[Event discarded in future:] abc");
     QTest::newRow("twice, no guard")
@@ -108,9 +110,27 @@ void tst_MessageApiEvent::tracesEveryConstructionButNotAssignment()
         MessageApiEvent copy(event);
         copy = event;
     }
-    QCOMPARE(recorder.events(),
-             QStringList({QStringLiteral("+MessageApiEvent"), QStringLiteral("+MessageApiEvent"),
-                          QStringLiteral("-MessageApiEvent"), QStringLiteral("-MessageApiEvent")}));
+    QCOMPARE(
+        recorder.events(),
+        QStringList({ QStringLiteral("+MessageApiEvent"), QStringLiteral("+MessageApiEvent"),
+                      QStringLiteral("-MessageApiEvent"), QStringLiteral("-MessageApiEvent") }));
+}
+
+void tst_MessageApiEvent::moveTakesTheTextAndReports()
+{
+    auto const *format = reinterpret_cast<FormatInfo const *>(0x1234);
+    TracerRecorder recorder;
+    {
+        MessageApiEvent event(MessageApiEvent::DecoderError, QStringLiteral("bad block"), format);
+        const MessageApiEvent moved(std::move(event));
+        QCOMPARE(moved.getType(), MessageApiEvent::DecoderError);
+        QCOMPARE(moved.getMessage(), QStringLiteral("bad block"));
+        QCOMPARE(moved.getFormat(), format);
+    }
+    QCOMPARE(
+        recorder.events(),
+        QStringList({ QStringLiteral("+MessageApiEvent"), QStringLiteral("+MessageApiEvent"),
+                      QStringLiteral("-MessageApiEvent"), QStringLiteral("-MessageApiEvent") }));
 }
 
 void tst_MessageApiEvent::carriedByQVariant()

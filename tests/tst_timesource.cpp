@@ -14,6 +14,8 @@ private Q_SLOTS:
     void initTestCase();
     void getTime_data();
     void getTime();
+    void getTimeFollowsEveryChange_data();
+    void getTimeFollowsEveryChange();
     void millisToString_data();
     void millisToString();
     void overridingGetMillisAloneDrivesTheOthers_data();
@@ -77,6 +79,40 @@ void tst_TimeSource::getTime()
     QVERIFY(!clock.hasValidMillis());
     QVERIFY(clock.getTime().isNull());
     QCOMPARE(clock.getTime().timeSpec(), Qt::UTC);
+}
+
+void tst_TimeSource::getTimeFollowsEveryChange_data()
+{
+    QTest::addColumn<QList<unsigned long long>>("millis");
+    // Seconds after the GPS epoch for each step, -1 for no valid time.
+    QTest::addColumn<QList<int>>("seconds");
+
+    QTest::newRow("within a second, then the next")
+        << QList<unsigned long long> { 1000, 1999, 2000 } << QList<int> { 1, 1, 2 };
+    QTest::newRow("the first second")
+        << QList<unsigned long long> { 1, 999, 1000 } << QList<int> { 0, 0, 1 };
+    QTest::newRow("back to an earlier second")
+        << QList<unsigned long long> { 5000, 1000, 5000 } << QList<int> { 5, 1, 5 };
+    QTest::newRow("through no time")
+        << QList<unsigned long long> { 1000, 0, 1500, 0 } << QList<int> { 1, -1, 1, -1 };
+}
+
+void tst_TimeSource::getTimeFollowsEveryChange()
+{
+    QFETCH(QList<unsigned long long>, millis);
+    QFETCH(QList<int>, seconds);
+
+    const QDateTime epoch = utc(1980, 1, 6, 0, 0, 0);
+    TimeSource clock;
+    for (int step = 0; step < millis.size(); ++step) {
+        clock.setMillis(millis.at(step));
+        const QDateTime time = clock.getTime();
+        QCOMPARE(time.timeSpec(), Qt::UTC);
+        if (seconds.at(step) < 0)
+            QVERIFY(time.isNull());
+        else
+            QCOMPARE(time, epoch.addSecs(seconds.at(step)));
+    }
 }
 
 void tst_TimeSource::millisToString_data()
