@@ -239,6 +239,7 @@ public:
 
 private:
     friend class MessageInfo;
+    friend class DictionaryTestAccess;
 
     FieldInfo(FieldInfo const &) = delete;
     FieldInfo &operator=(FieldInfo const &) = delete;

@@ -86,6 +86,7 @@ public:
 
 private:
     friend class FieldInfo;
+    friend class DictionaryTestAccess;
 
     MessageInfo(MessageInfo const &) = delete;
     MessageInfo &operator=(MessageInfo const &) = delete;

@@ -10,114 +10,62 @@ class tst_AbstractDecoder : public QObject
 private Q_SLOTS:
     void codeTable_data();
     void codeTable();
-    void codesReachTheVirtualOperations_data();
-    void codesReachTheVirtualOperations();
-    void decodeByteArray_data();
     void decodeByteArray();
 };
 
-namespace {
-// The table only compares message type pointers; it never looks behind them.
-auto *const gInfo = reinterpret_cast<MessageInfo const *>(0x1000);
-auto *const gOtherInfo = reinterpret_cast<MessageInfo const *>(0x2000);
-} // namespace
-
 void tst_AbstractDecoder::codeTable_data()
 {
-    QTest::addColumn<QList<int>>("codes"); // entered for gInfo, in order
-    QTest::addColumn<int>("expected");
+    QTest::addColumn<QList<int>>("codes"); // entered for the type, in order
+    QTest::addColumn<bool>("decoderEnables"); // what the decoder's own query answers
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("enabled");
 
-    QTest::newRow("empty table") << QList<int> {} << -1;
-    QTest::newRow("one code") << QList<int> { 5 } << 5;
-    QTest::newRow("replaced") << QList<int> { 5, 7 } << 7;
-    QTest::newRow("zero is a code") << QList<int> { 0 } << 0;
-    QTest::newRow("negative kept as entered") << QList<int> { 5, -3 } << -3;
+    QTest::newRow("empty table") << QList<int> {} << true << -1 << false;
+    QTest::newRow("entered, then replaced") << QList<int> { 5, 7 } << true << 7 << true;
+    QTest::newRow("zero is a code") << QList<int> { 0 } << true << 0 << true;
+    QTest::newRow("negative acts as none") << QList<int> { 5, -3 } << true << -3 << false;
+    QTest::newRow("disabled in decoder") << QList<int> { 5 } << false << 5 << false;
 }
 
 void tst_AbstractDecoder::codeTable()
 {
     QFETCH(QList<int>, codes);
-    QFETCH(int, expected);
-
-    RecordingDecoder decoder;
-    decoder.setMessageEnum(gOtherInfo, 42);
-    for (int code : codes)
-        decoder.setMessageEnum(gInfo, code);
-    QCOMPARE(decoder.getMessageEnum(gInfo), expected);
-    QCOMPARE(decoder.getMessageEnum(gOtherInfo), 42);
-}
-
-void tst_AbstractDecoder::codesReachTheVirtualOperations_data()
-{
-    QTest::addColumn<bool>("hasCode");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<bool>("enabledInDecoder");
-
-    QTest::newRow("no code") << false << 0 << true;
-    QTest::newRow("-1") << true << -1 << true;
-    QTest::newRow("-3") << true << -3 << true;
-    QTest::newRow("0, enabled") << true << 0 << true;
-    QTest::newRow("5, enabled") << true << 5 << true;
-    QTest::newRow("5, disabled") << true << 5 << false;
-}
-
-void tst_AbstractDecoder::codesReachTheVirtualOperations()
-{
-    QFETCH(bool, hasCode);
+    QFETCH(bool, decoderEnables);
     QFETCH(int, code);
-    QFETCH(bool, enabledInDecoder);
+    QFETCH(bool, enabled);
 
+    // The table only compares message type pointers; it never looks behind them.
+    auto *const info = reinterpret_cast<MessageInfo const *>(0x1000);
+    auto *const otherInfo = reinterpret_cast<MessageInfo const *>(0x2000);
     RecordingDecoder decoder;
-    if (hasCode)
-        decoder.setMessageEnum(gInfo, code);
-    if (enabledInDecoder)
+    decoder.setMessageEnum(otherInfo, 42);
+    for (int entered : codes)
+        decoder.setMessageEnum(info, entered);
+    if (decoderEnables)
         decoder.enabledCodes = { code };
 
-    decoder.enableMessage(gInfo);
-    decoder.disableMessage(gInfo);
-    const bool enabled = decoder.isEnabledMessage(gInfo);
-
+    QCOMPARE(decoder.getMessageEnum(info), code);
+    QCOMPARE(decoder.getMessageEnum(otherInfo), 42);
+    decoder.enableMessage(info);
+    decoder.disableMessage(info);
+    QCOMPARE(decoder.isEnabledMessage(info), enabled);
     // A negative code counts as none: the decoder is never asked about it.
-    const bool reaches = hasCode && code >= 0;
-    const QList<int32_t> expectedCalls = reaches ? QList<int32_t> { code } : QList<int32_t> {};
-    QCOMPARE(decoder.enabledCalls, expectedCalls);
-    QCOMPARE(decoder.disabledCalls, expectedCalls);
-    QCOMPARE(decoder.queriedCodes, expectedCalls);
-    QCOMPARE(enabled, reaches && enabledInDecoder);
-}
-
-void tst_AbstractDecoder::decodeByteArray_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("result");
-
-    QTest::newRow("empty") << QByteArray() << 0;
-    QTest::newRow("embedded zero bytes") << QByteArray("\x01\x00\x02\x00", 4) << 4;
-    QTest::newRow("negative result") << QByteArray("abc") << -2;
+    const QList<int32_t> calls = code >= 0 ? QList<int32_t> { code } : QList<int32_t> {};
+    QCOMPARE(decoder.enabledCalls, calls);
+    QCOMPARE(decoder.disabledCalls, calls);
+    QCOMPARE(decoder.queriedCodes, calls);
 }
 
 void tst_AbstractDecoder::decodeByteArray()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, result);
-
     RecordingDecoder decoder;
-    decoder.decodeResult = result;
-    int32_t returned = 0;
-    // Through the meta-object, as a string-based connection or invokeMethod would reach it.
-    QVERIFY(QMetaObject::invokeMethod(&decoder, "decodeMessage", Qt::DirectConnection,
-                                      Q_RETURN_ARG(int32_t, returned), Q_ARG(QByteArray, bytes)));
-    QCOMPARE(returned, result);
-    QCOMPARE(decoder.decodeMessage(bytes), result);
-
-    QCOMPARE(decoder.decodeCalls.size(), 2);
-    for (auto const &call : decoder.decodeCalls) {
-        QCOMPARE(call.length, uint(bytes.size()));
-        QCOMPARE(call.bytes, bytes);
-    }
-    // The direct call passes the array's own storage, not a copy.
-    QCOMPARE(decoder.decodeCalls.last().buffer,
-             reinterpret_cast<uint8_t const *>(bytes.constData()));
+    decoder.decodeResult = -2;
+    const QByteArray bytes("\x01\x00\x02", 3);
+    QCOMPARE(decoder.decodeMessage(bytes), -2);
+    QCOMPARE(decoder.decodeCalls.size(), 1);
+    // The array's own storage and its whole size, zero bytes included.
+    QCOMPARE(decoder.decodeCalls[0].buffer, reinterpret_cast<uint8_t const *>(bytes.constData()));
+    QCOMPARE(decoder.decodeCalls[0].length, 3u);
 }
 
 QTEST_GUILESS_MAIN(tst_AbstractDecoder)

@@ -1,73 +1,36 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-
-// The parallel lists of the descriptors cannot get out of step through their interface. These
-// tests put them out of step by hand to see the reports, so the descriptor headers are read with
-// their private members opened up; every other header comes first, unchanged.
-#include <QByteArray>
-#include <QCoreApplication>
-#include <QHash>
-#include <QList>
-#include <QMetaType>
-#include <QString>
-#include <QStringList>
-#include <QTest>
-#include <QVector>
-
-#include <cstdint>
-#include <utility>
-
-#define private public
-#include "fieldinfo.h"
-#include "messageinfo.h"
-#undef private
-
 #include "assertcapture.h"
+#include "dictionarytestaccess.h"
 #include "testfieldinfo.h"
+
+#include <QTest>
+
+#include <utility>
 
 class tst_DictionaryInvariants : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void listsOutOfStep_data();
     void listsOutOfStep();
 };
 
 namespace {
-enum Lists { MessageFields, MessageReferringFields, FieldMessages, FieldSubFields };
-
-template <typename T> void swapFirstTwo(QVector<T> &list)
+template <typename T> void swapFront(QVector<T const *> &list)
 {
     std::swap(list[0], list[1]);
 }
 } // namespace
 
-void tst_DictionaryInvariants::listsOutOfStep_data()
-{
-    QTest::addColumn<int>("lists");
-    QTest::addColumn<QString>("function");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("fields of a message")
-        << int(MessageFields) << QStringLiteral("removeFieldInfo")
-        << QStringLiteral("MessageInfo::removeFieldInfo: vectors not consistent");
-    QTest::newRow("referring fields of a message")
-        << int(MessageReferringFields) << QStringLiteral("removeReferringFieldInfo")
-        << QStringLiteral("MessageInfo::removeReferringFieldInfo: vectors not consistent");
-    QTest::newRow("messages of a field")
-        << int(FieldMessages) << QStringLiteral("removeMessageInfo")
-        << QStringLiteral("FieldInfo::removeMessageInfo: vectors not consistent");
-    QTest::newRow("sub-fields of a field")
-        << int(FieldSubFields) << QStringLiteral("removeSubFieldInfo")
-        << QStringLiteral("FieldInfo::removeSubFieldInfo: vectors not consistent");
-}
-
+// Each pair of lists gets two elements, swapped in the const list only; removing the front one
+// of the other list takes the same position from both, so each list keeps a different element.
+// Then the const list is put back in step and the rest unlinked, so that the destructors meet
+// consistent lists.
 void tst_DictionaryInvariants::listsOutOfStep()
 {
-    QFETCH(int, lists);
-    QFETCH(QString, function);
-    QFETCH(QString, text);
-
+    using Access = DictionaryTestAccess;
+    using Fields = QVector<FieldInfo *>;
+    using ConstFields = QVector<FieldInfo const *>;
     AssertCapture capture;
     MessageInfo info(QStringLiteral("M"));
     MessageInfo other(QStringLiteral("N"));
@@ -75,49 +38,53 @@ void tst_DictionaryInvariants::listsOutOfStep()
     TestFieldInfo second(QStringLiteral("second"), FieldType::u(8));
     TestFieldInfo third(QStringLiteral("third"), FieldType::u(8));
 
-    // Each case swaps the second list, removes the element at the front of the first list, and
-    // then puts the lists back in step so that the destructors meet consistent lists.
-    switch (lists) {
-    case MessageFields:
-        info.addFieldInfo(&first, 0);
-        info.addFieldInfo(&second, 1);
-        swapFirstTwo(info.mConstFieldInfos);
-        info.removeFieldInfo(&first);
-        // The same position went from both lists, so the second list lost the other field.
-        QCOMPARE(info.mFieldInfos, QVector<FieldInfo *> { &second });
-        QCOMPARE(info.mConstFieldInfos, QVector<FieldInfo const *> { &first });
-        info.mConstFieldInfos = { &second };
-        break;
-    case MessageReferringFields:
-        info.addReferringFieldInfo(&first);
-        info.addReferringFieldInfo(&second);
-        swapFirstTwo(info.mConstReferringFieldInfos);
-        info.removeReferringFieldInfo(&first);
-        QCOMPARE(info.mReferringFieldInfos, QVector<FieldInfo *> { &second });
-        info.mReferringFieldInfos.clear();
-        info.mConstReferringFieldInfos.clear();
-        break;
-    case FieldMessages:
-        first.addMessageInfo(&info, 0);
-        first.addMessageInfo(&other, 0);
-        swapFirstTwo(first.mConstMessageInfos);
-        first.removeMessageInfo(&info);
-        QCOMPARE(first.mMessageInfos, QVector<MessageInfo *> { &other });
-        first.mMessageInfos.clear();
-        first.mConstMessageInfos.clear();
-        break;
-    case FieldSubFields:
-        first.addSubFieldInfo(&second);
-        first.addSubFieldInfo(&third);
-        swapFirstTwo(first.mConstSubFieldInfos);
-        first.removeSubFieldInfo(&second);
-        QVERIFY(!second.hasParentFieldInfo());
-        QCOMPARE(first.mSubFieldInfos, QVector<FieldInfo *> { &third });
-        first.mConstSubFieldInfos = { &third };
-        break;
-    }
-    QCOMPARE(capture.texts(), QStringList { text });
-    QCOMPARE(capture.functions(), QStringList { function });
+    info.addFieldInfo(&first, 0);
+    info.addFieldInfo(&second, 1);
+    swapFront(Access::constFieldInfos(info));
+    info.removeFieldInfo(&first);
+    QCOMPARE(info.getFieldInfos(), Fields { &second });
+    QCOMPARE(std::as_const(info).getFieldInfos(), ConstFields { &first });
+    Access::constFieldInfos(info) = { &second };
+    info.removeFieldInfo(&second);
+
+    info.addReferringFieldInfo(&first);
+    info.addReferringFieldInfo(&second);
+    swapFront(Access::constReferringFieldInfos(info));
+    info.removeReferringFieldInfo(&first);
+    QCOMPARE(info.getReferringFieldInfos(), Fields { &second });
+    QCOMPARE(std::as_const(info).getReferringFieldInfos(), ConstFields { &first });
+    Access::constReferringFieldInfos(info) = { &second };
+    info.removeReferringFieldInfo(&second);
+
+    first.addMessageInfo(&info, 0);
+    first.addMessageInfo(&other, 0);
+    swapFront(Access::constMessageInfos(first));
+    first.removeMessageInfo(&info);
+    QCOMPARE(first.getMessageInfos(), QVector<MessageInfo *> { &other });
+    QCOMPARE(std::as_const(first).getMessageInfos(), QVector<MessageInfo const *> { &info });
+    Access::constMessageInfos(first) = { &other };
+    first.removeMessageInfo(&other);
+
+    first.addSubFieldInfo(&second);
+    first.addSubFieldInfo(&third);
+    swapFront(Access::constSubFieldInfos(first));
+    first.removeSubFieldInfo(&second);
+    QVERIFY(!second.hasParentFieldInfo());
+    QCOMPARE(first.getSubFieldInfos(), Fields { &third });
+    QCOMPARE(std::as_const(first).getSubFieldInfos(), ConstFields { &second });
+    Access::constSubFieldInfos(first) = { &third };
+    first.removeSubFieldInfo(&third);
+
+    QCOMPARE(capture.texts(),
+             QStringList(
+                 { QStringLiteral("MessageInfo::removeFieldInfo: vectors not consistent"),
+                   QStringLiteral("MessageInfo::removeReferringFieldInfo: vectors not consistent"),
+                   QStringLiteral("FieldInfo::removeMessageInfo: vectors not consistent"),
+                   QStringLiteral("FieldInfo::removeSubFieldInfo: vectors not consistent") }));
+    QCOMPARE(
+        capture.functions(),
+        QStringList({ QStringLiteral("removeFieldInfo"), QStringLiteral("removeReferringFieldInfo"),
+                      QStringLiteral("removeMessageInfo"), QStringLiteral("removeSubFieldInfo") }));
 }
 
 QTEST_GUILESS_MAIN(tst_DictionaryInvariants)

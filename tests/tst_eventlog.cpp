@@ -13,105 +13,56 @@ class tst_EventLog : public QObject
 
 private Q_SLOTS:
     void hundredthIsMarkedAndLaterOnesDropped();
-    void repeatsAreCountedByTextAlone_data();
-    void repeatsAreCountedByTextAlone();
     void everyTextIsLimitedOnItsOwn_data();
     void everyTextIsLimitedOnItsOwn();
-    void entriesStampedWithTimeSource();
-    void withoutTimeSourceStampsLocalTime();
-    void diesWithSource();
+    void stamping();
 };
 
 namespace {
-auto *const gFormat = reinterpret_cast<FormatInfo const *>(0x4321);
+const QString gCrcText = QStringLiteral("VEXA CRC error");
 
-MessageApiEvent crcEvent(QString text = QStringLiteral("VEXA CRC error"))
+void report(MessageSource &source, QString const &text, int times = 1,
+            MessageApiEvent::Type type = MessageApiEvent::CrcError)
 {
-    return MessageApiEvent(MessageApiEvent::CrcError, std::move(text), gFormat);
+    for (int i = 0; i < times; ++i)
+        source.reportEvent(MessageApiEvent(type, text, nullptr));
 }
 
-QString lastText(QSignalSpy const &spy)
+QString textOf(QVariantList const &arguments)
 {
-    return spy.last().at(0).value<EventLog::Entry>().event.getMessage();
+    return arguments.at(0).value<EventLog::Entry>().event.getMessage();
 }
 } // namespace
 
 void tst_EventLog::hundredthIsMarkedAndLaterOnesDropped()
 {
     MessageSource source(QStringLiteral("S"), nullptr);
-    TimeSource clock;
-    clock.setMillis(1000);
-    auto *log = new EventLog(&source, &clock);
+    auto *log = new EventLog(&source, nullptr);
     QCOMPARE(log->getMaxRepeat(), 100);
     QSignalSpy entries(log, &EventLog::newEntry);
     QSignalSpy cleared(log, &EventLog::cleared);
 
-    for (int i = 1; i <= 99; ++i)
-        source.reportEvent(crcEvent());
-    QCOMPARE(entries.count(), 99);
-    QCOMPARE(lastText(entries), QStringLiteral("VEXA CRC error"));
-
-    source.reportEvent(crcEvent());
-    QCOMPARE(entries.count(), 100);
-    QCOMPARE(lastText(entries), QStringLiteral("[Event discarded in future:] VEXA CRC error"));
-    QCOMPARE(log->getEntries().last().event.getMessage(), lastText(entries));
-    QCOMPARE(log->getEntries().last().event.getType(), MessageApiEvent::CrcError);
-
-    source.reportEvent(crcEvent());
-    source.reportEvent(crcEvent());
+    report(source, gCrcText, 99);
+    // The count goes by text alone: another type with the same text is the 100th.
+    report(source, gCrcText, 3, MessageApiEvent::DecoderError);
+    const QString marked = QStringLiteral("[Event discarded in future:] VEXA CRC error");
     QCOMPARE(entries.count(), 100);
     QCOMPARE(log->getEntries().size(), 100);
-    // The marked text is a text of its own, not a continuation of the dropped one.
-    source.reportEvent(crcEvent(lastText(entries)));
+    QCOMPARE(textOf(entries.at(98)), gCrcText);
+    QCOMPARE(textOf(entries.at(99)), marked);
+    QCOMPARE(log->getEntries().last().event.getMessage(), marked);
+    QCOMPARE(log->getEntries().last().event.getType(), MessageApiEvent::DecoderError);
+    // Another text, even the marked one, has a count of its own.
+    report(source, marked);
     QCOMPARE(entries.count(), 101);
 
     log->clear();
     QCOMPARE(cleared.count(), 1);
     QVERIFY(log->getEntries().isEmpty());
-    source.reportEvent(crcEvent());
+    report(source, gCrcText);
     QCOMPARE(entries.count(), 102);
-    QCOMPARE(lastText(entries), QStringLiteral("VEXA CRC error"));
+    QCOMPARE(textOf(entries.last()), gCrcText);
     QCOMPARE(log->getEntries().size(), 1);
-}
-
-void tst_EventLog::repeatsAreCountedByTextAlone_data()
-{
-    QTest::addColumn<QString>("secondText");
-    QTest::addColumn<int>("secondType");
-    QTest::addColumn<bool>("countTogether");
-
-    QTest::newRow("same text, same type")
-        << "link lost" << int(MessageApiEvent::DecoderError) << true;
-    QTest::newRow("same text, other type")
-        << "link lost" << int(MessageApiEvent::ClientError) << true;
-    QTest::newRow("other text, same type")
-        << "link found" << int(MessageApiEvent::DecoderError) << false;
-    QTest::newRow("text differing in case")
-        << "Link lost" << int(MessageApiEvent::DecoderError) << false;
-}
-
-void tst_EventLog::repeatsAreCountedByTextAlone()
-{
-    QFETCH(QString, secondText);
-    QFETCH(int, secondType);
-    QFETCH(bool, countTogether);
-
-    MessageSource source(QStringLiteral("S"), nullptr);
-    TimeSource clock;
-    EventLog log(&source, &clock);
-    QSignalSpy entries(&log, &EventLog::newEntry);
-    for (int i = 0; i < 99; ++i)
-        log.processEvent(
-            MessageApiEvent(MessageApiEvent::DecoderError, QStringLiteral("link lost"), nullptr));
-    const MessageApiEvent second(MessageApiEvent::Type(secondType), secondText, nullptr);
-    log.processEvent(second);
-    log.processEvent(second);
-
-    QCOMPARE(entries.count(), countTogether ? 100 : 101);
-    QCOMPARE(log.getEntries().at(99).event.getMessage().startsWith(
-                 QLatin1String("[Event discarded in future:] ")),
-             countTogether);
-    QCOMPARE(int(log.getEntries().at(99).event.getType()), secondType);
 }
 
 void tst_EventLog::everyTextIsLimitedOnItsOwn_data()
@@ -137,72 +88,42 @@ void tst_EventLog::everyTextIsLimitedOnItsOwn()
     QFETCH(int, logged);
 
     MessageSource source(QStringLiteral("S"), nullptr);
-    TimeSource clock;
-    EventLog log(&source, &clock);
+    EventLog log(&source, nullptr);
     QSignalSpy entries(&log, &EventLog::newEntry);
-    QHash<QChar, QString> sharedTexts;
     for (QString const &step : steps.split(QLatin1Char(' '))) {
-        const QChar letter = step.at(0);
+        const QString text = step.at(0) == QLatin1Char('_')
+            ? QString()
+            : step.at(0) + QStringLiteral(" CRC error");
         const int times = step.size() > 1 ? step.mid(2).toInt() : 1;
-        const QString text
-            = letter == QLatin1Char('_') ? QString() : letter + QStringLiteral(" CRC error");
-        if (!sharedTexts.contains(letter))
-            sharedTexts.insert(letter, text);
         for (int i = 0; i < times; ++i)
-            source.reportEvent(crcEvent(freshTexts ? QString(text.constData(), text.size())
-                                                   : sharedTexts.value(letter)));
+            report(source, freshTexts ? QString(text.constData(), text.size()) : text);
     }
     QCOMPARE(log.getEntries().size(), logged);
     QCOMPARE(entries.count(), logged);
 }
 
-void tst_EventLog::entriesStampedWithTimeSource()
-{
-    MessageSource source(QStringLiteral("S"), nullptr);
-    TimeSource clock;
-    EventLog log(&source, &clock);
-    QSignalSpy entries(&log, &EventLog::newEntry);
-
-    source.reportEvent(crcEvent(QStringLiteral("before any time")));
-    clock.setMillis(1394541296789ull);
-    source.reportEvent(crcEvent(QStringLiteral("first")));
-    clock.setMillis(1394541300000ull);
-    source.reportEvent(crcEvent(QStringLiteral("second")));
-
-    const QList<EventLog::Entry> logged = log.getEntries();
-    QCOMPARE(logged.size(), 3);
-    QVERIFY(logged[0].time.isNull());
-    QCOMPARE(logged[1].time, QDateTime(QDate(2024, 3, 15), QTime(12, 34, 56), Qt::UTC));
-    QCOMPARE(logged[2].time, QDateTime(QDate(2024, 3, 15), QTime(12, 35, 0), Qt::UTC));
-    for (int i = 0; i < 3; ++i) {
-        const auto signalled = entries.at(i).at(0).value<EventLog::Entry>();
-        QCOMPARE(signalled.time, logged[i].time);
-        QCOMPARE(signalled.event.getMessage(), logged[i].event.getMessage());
-        QCOMPARE(signalled.event.getFormat(), gFormat);
-    }
-}
-
-void tst_EventLog::withoutTimeSourceStampsLocalTime()
-{
-    MessageSource source(QStringLiteral("S"), nullptr);
-    EventLog log(&source, nullptr);
-    const QDateTime before = QDateTime::currentDateTime();
-    source.reportEvent(crcEvent());
-    const QDateTime after = QDateTime::currentDateTime();
-
-    const QDateTime stamped = log.getEntries().at(0).time;
-    QCOMPARE(stamped.timeSpec(), Qt::LocalTime);
-    QVERIFY(before <= stamped);
-    QVERIFY(stamped <= after);
-}
-
-void tst_EventLog::diesWithSource()
+void tst_EventLog::stamping()
 {
     auto *source = new MessageSource(QStringLiteral("S"), nullptr);
-    QPointer<EventLog> log(new EventLog(source, nullptr));
-    QCOMPARE(log->parent(), source);
+    TimeSource clock;
+    QPointer<EventLog> timed(new EventLog(source, &clock)), local(new EventLog(source, nullptr));
+    const QDateTime before = QDateTime::currentDateTime();
+    report(*source, QStringLiteral("before any time"));
+    clock.setMillis(1394541296789ull);
+    report(*source, gCrcText);
+    const QDateTime after = QDateTime::currentDateTime();
+
+    QVERIFY(timed->getEntries().at(0).time.isNull());
+    QCOMPARE(timed->getEntries().at(1).time,
+             QDateTime(QDate(2024, 3, 15), QTime(12, 34, 56), Qt::UTC));
+    // Without a time source, the computer's local time.
+    QCOMPARE(local->getEntries().size(), 2);
+    for (EventLog::Entry const &entry : local->getEntries()) {
+        QCOMPARE(entry.time.timeSpec(), Qt::LocalTime);
+        QVERIFY(before <= entry.time && entry.time <= after);
+    }
     delete source;
-    QVERIFY(log.isNull());
+    QVERIFY(timed.isNull() && local.isNull()); // logs die with their source
 }
 
 QTEST_GUILESS_MAIN(tst_EventLog)

@@ -12,25 +12,6 @@
 #include <QTest>
 
 namespace {
-/// Two formats with message types, as the application's start-up code would build them.
-struct Dictionary
-{
-    Dictionary()
-    {
-        for (MessageInfo *info : { &position, &status }) {
-            info->setFormatInfo(&vexa);
-            vexa.addMessageInfo(info);
-        }
-        observations.setFormatInfo(&rtcm3);
-        rtcm3.addMessageInfo(&observations);
-    }
-    FormatInfo vexa { QStringLiteral("VEXA") };
-    FormatInfo rtcm3 { QStringLiteral("RTCM3") };
-    MessageInfo position { QStringLiteral("PVTGeodetic") };
-    MessageInfo status { QStringLiteral("ReceiverStatus") };
-    MessageInfo observations { QStringLiteral("1004") };
-};
-
 /// A clock that has a reading but does not vouch for it.
 class UnfixedClock : public TimeSource
 {
@@ -43,280 +24,194 @@ class tst_MessageStatisticsCoordinator : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void routesMessagesByType();
-    void sharedNames_data();
-    void sharedNames();
-    void gapDetectionRegistration();
-    void eventCounts();
-    void newestMessageTime_data();
-    void newestMessageTime();
-    void closeEpoch();
-    void clearKeepsConnectionAndRegistrations();
-    void disconnectFromSource();
-    void tracing();
-
-private:
-    void sendMessage(MessageInfo const *info, unsigned long long millis);
-    void sendUnknown(FormatInfo const *format, QString const &name, unsigned long long millis);
-
-    Dictionary mDictionary;
-    TimeSource *mTime = nullptr;
-    MessageSource *mSource = nullptr;
-    MessageStatisticsCoordinator *mCoordinator = nullptr;
-};
-
-void tst_MessageStatisticsCoordinator::init()
-{
-    mTime = new TimeSource;
-    mSource = new MessageSource(QStringLiteral("receiver"), nullptr);
-    mCoordinator = new MessageStatisticsCoordinator(mSource, mTime);
-}
-
-void tst_MessageStatisticsCoordinator::cleanup()
-{
-    delete mCoordinator;
-    delete mSource;
-    delete mTime;
-}
-
-void tst_MessageStatisticsCoordinator::sendMessage(MessageInfo const *info,
-                                                   unsigned long long millis)
-{
-    mTime->setMillis(millis);
-    TestMessage message(info);
-    Q_EMIT mSource->newMessage(&message);
-}
-
-void tst_MessageStatisticsCoordinator::sendUnknown(FormatInfo const *format, QString const &name,
-                                                   unsigned long long millis)
-{
-    mTime->setMillis(millis);
-    Q_EMIT mSource->newUnknownMessage(format, name);
-}
-
-void tst_MessageStatisticsCoordinator::routesMessagesByType()
-{
-    QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
-    sendMessage(&mDictionary.position, 1000);
-    sendMessage(&mDictionary.status, 1500);
-    sendMessage(&mDictionary.position, 2000);
-
-    const QList<MessageStatistics *> all = mCoordinator->getAllMessageStatistics();
-    QCOMPARE(all.size(), 2);
-    QCOMPARE(all.at(0)->getMessageInfo(), &mDictionary.position);
-    QCOMPARE(all.at(0)->getCount(), 2u);
-    QCOMPARE(all.at(0)->getIntervalCountHash().value(1000), 1u);
-    QCOMPARE(all.at(1)->getMessageInfo(), &mDictionary.status);
-    QCOMPARE(all.at(1)->getCount(), 1u);
-    QCOMPARE(all.at(0)->parent(), mCoordinator);
-    QCOMPARE(mCoordinator->getMessageStatistics(&mDictionary.position), all.at(0));
-    QCOMPARE(
-        mCoordinator->getMessageStatistics(&mDictionary.vexa, QStringLiteral("ReceiverStatus")),
-        all.at(1));
-    QVERIFY(mCoordinator->hasStatistics(&mDictionary.status));
-    QVERIFY(!mCoordinator->hasStatistics(&mDictionary.observations));
-    QCOMPARE(mCoordinator->getAllMessageStatistics().size(), 2);
-    QCOMPARE(mCoordinator->getMessageSource(), mSource);
-}
-
-void tst_MessageStatisticsCoordinator::sharedNames_data()
-{
-    // Each input: "known <message>" or "unknown <format> <name>".
-    QTest::addColumn<QStringList>("inputs");
-    // The counts of all statistics objects, in order of creation.
-    QTest::addColumn<QString>("counts");
-    QTest::addColumn<bool>("positionHasStatistics");
-
-    QTest::newRow("unknown messages by format and name")
-        << QStringList { "unknown VEXA Block4242", "unknown VEXA Block4242",
-                         "unknown VEXA Block17" }
-        << "2 1" << false;
-    QTest::newRow("a known type's name catches unknown messages of that name")
-        << QStringList { "known PVTGeodetic", "unknown VEXA PVTGeodetic" } << "1" << true;
-    QTest::newRow("a known type takes the name over")
-        << QStringList { "unknown VEXA PVTGeodetic", "known PVTGeodetic",
-                         "unknown VEXA PVTGeodetic" }
-        << "1 1" << true;
-    QTest::newRow("the same name in another format")
-        << QStringList { "known PVTGeodetic", "unknown RTCM3 PVTGeodetic" } << "1 1" << true;
-}
-
-void tst_MessageStatisticsCoordinator::sharedNames()
-{
-    QFETCH(QStringList, inputs);
-    QFETCH(QString, counts);
-    QFETCH(bool, positionHasStatistics);
-
-    unsigned long long millis = 0;
-    for (QString const &input : inputs) {
-        const QStringList words = input.split(QLatin1Char(' '));
-        millis += 1000;
-        if (words.at(0) == QLatin1String("known")) {
-            sendMessage(mDictionary.vexa.getMessageInfo(words.at(1)), millis);
-        } else {
-            sendUnknown(FormatInfo::getFormatInfo(words.at(1)), words.at(2), millis);
+public:
+    tst_MessageStatisticsCoordinator()
+    {
+        for (MessageInfo *info : { &mPosition, &mStatus }) {
+            info->setFormatInfo(&mVexa);
+            mVexa.addMessageInfo(info);
         }
     }
 
-    QStringList actual;
-    for (MessageStatistics const *statistics : mCoordinator->getAllMessageStatistics())
-        actual.append(QString::number(statistics->getCount()));
-    QCOMPARE(actual.join(QLatin1Char(' ')), counts);
-    QCOMPARE(mCoordinator->hasStatistics(&mDictionary.position), positionHasStatistics);
-    if (positionHasStatistics) {
-        QCOMPARE(
-            mCoordinator->getMessageStatistics(&mDictionary.vexa, QStringLiteral("PVTGeodetic")),
-            mCoordinator->getMessageStatistics(&mDictionary.position));
+private Q_SLOTS:
+    void init() { mCoordinator = new MessageStatisticsCoordinator(&mSource, &mTime); }
+    void cleanup() { delete mCoordinator; }
+
+    void routing_data();
+    void routing();
+    void gapDetectionRegistrationAndCloseEpoch();
+    void eventsAndNewestMessageTime();
+    void clearAndDisconnect();
+
+private:
+    /// Space-separated messages: "Pos@1000" a known message of VEXA at 1000 ms,
+    /// "RTCM3/B2@2000" an unknown one of that format and name.
+    void send(QString const &messages)
+    {
+        for (QString const &message : messages.split(QLatin1Char(' '))) {
+            QString const name = message.section(QLatin1Char('@'), 0, 0);
+            mTime.setMillis(message.section(QLatin1Char('@'), 1).toULongLong());
+            if (name.contains(QLatin1Char('/'))) {
+                Q_EMIT mSource.newUnknownMessage(
+                    FormatInfo::getFormatInfo(name.section(QLatin1Char('/'), 0, 0)),
+                    name.section(QLatin1Char('/'), 1));
+            } else {
+                TestMessage known(mVexa.getMessageInfo(name));
+                Q_EMIT mSource.newMessage(&known);
+            }
+        }
     }
-}
 
-void tst_MessageStatisticsCoordinator::gapDetectionRegistration()
-{
-    mCoordinator->enableGapDetection(&mDictionary.position);
-    sendMessage(&mDictionary.position, 1000);
-    sendMessage(&mDictionary.status, 1000);
-    mCoordinator->enableGapDetection(&mDictionary.status);
-    sendUnknown(&mDictionary.vexa, QStringLiteral("PVTGeodetic"), 1000);
-    sendUnknown(&mDictionary.rtcm3, QStringLiteral("PVTGeodetic"), 1000);
-
-    QVERIFY(mCoordinator->getMessageStatistics(&mDictionary.position)->isGapDetectionEnabled());
-    QVERIFY(!mCoordinator->getMessageStatistics(&mDictionary.status)->isGapDetectionEnabled());
-    const QList<MessageStatistics *> all = mCoordinator->getAllMessageStatistics();
-    QCOMPARE(all.size(), 3);
-    QVERIFY(!all.at(2)->isGapDetectionEnabled());
-
-    mCoordinator->clear();
-    sendMessage(&mDictionary.status, 2000);
-    QVERIFY(mCoordinator->getMessageStatistics(&mDictionary.status)->isGapDetectionEnabled());
-}
-
-void tst_MessageStatisticsCoordinator::eventCounts()
-{
-    sendMessage(&mDictionary.position, 5000);
-    mTime->setMillis(9000);
-    for (MessageApiEvent::Type type :
-         { MessageApiEvent::CrcError, MessageApiEvent::ConnectionOpened,
-           MessageApiEvent::CrcError })
-        Q_EMIT mSource->newEvent(MessageApiEvent(type, QStringLiteral("VEXA CRC error"), nullptr));
-
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 2u);
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened), 1u);
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::DecoderError), 0u);
-    // Events are not messages: the newest message time stays.
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 5000ULL);
-
-    mCoordinator->clear();
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 0u);
-}
-
-void tst_MessageStatisticsCoordinator::newestMessageTime_data()
-{
-    QTest::addColumn<bool>("unknownMessage");
-    QTest::addColumn<bool>("unfixedClock");
-    QTest::addColumn<unsigned long long>("millis");
-    QTest::addColumn<bool>("valid");
-
-    QTest::newRow("known message") << false << false << 5000ULL << true;
-    QTest::newRow("unknown message") << true << false << 7000ULL << true;
-    QTest::newRow("no time") << false << false << 0ULL << false;
-    QTest::newRow("a reading without a valid time is kept") << true << true << 1234ULL << false;
-}
-
-void tst_MessageStatisticsCoordinator::newestMessageTime()
-{
-    QFETCH(bool, unknownMessage);
-    QFETCH(bool, unfixedClock);
-    QFETCH(unsigned long long, millis);
-    QFETCH(bool, valid);
-
-    if (unfixedClock) {
-        delete mCoordinator;
-        delete mTime;
-        mTime = new UnfixedClock;
-        mCoordinator = new MessageStatisticsCoordinator(mSource, mTime);
+    /// Every statistics object in creation order as "FORMAT name:count", with "*" after the
+    /// name when the object is the one of a known type.
+    QString statistics() const
+    {
+        QStringList entries;
+        for (MessageStatistics const *statistics : mCoordinator->getAllMessageStatistics()) {
+            MessageInfo const *info = statistics->getMessageInfo();
+            bool const ofInfo = info && mCoordinator->getMessageStatistics(info) == statistics;
+            entries.append(QStringLiteral("%1 %2%3:%4")
+                               .arg(statistics->getFormatInfo()->getName(),
+                                    statistics->getMessageName(),
+                                    ofInfo ? QStringLiteral("*") : QString())
+                               .arg(statistics->getCount()));
+            if (statistics->parent() != mCoordinator)
+                entries.last() += QStringLiteral(" (other parent)");
+        }
+        return entries.join(QStringLiteral(", "));
     }
-    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 0ULL);
-    sendMessage(&mDictionary.status, 100);
-    if (unknownMessage)
-        sendUnknown(&mDictionary.vexa, QStringLiteral("Block4242"), millis);
-    else
-        sendMessage(&mDictionary.position, millis);
-    QCOMPARE(mCoordinator->hasValidLastMessageMillis(), valid);
-    QCOMPARE(mCoordinator->getLastMessageMillis(), millis);
+
+    FormatInfo mVexa { QStringLiteral("VEXA") };
+    FormatInfo mRtcm3 { QStringLiteral("RTCM3") };
+    MessageInfo mPosition { QStringLiteral("Pos") };
+    MessageInfo mStatus { QStringLiteral("Status") };
+    TimeSource mTime;
+    MessageSource mSource { QStringLiteral("receiver"), nullptr };
+    MessageStatisticsCoordinator *mCoordinator = nullptr;
+};
+
+void tst_MessageStatisticsCoordinator::routing_data()
+{
+    QTest::addColumn<QString>("messages");
+    QTest::addColumn<QString>("statistics");
+    auto row = [](char const *name, char const *messages, char const *statistics) {
+        QTest::newRow(name) << messages << statistics;
+    };
+
+    row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
+        "VEXA Pos*:2, VEXA Status*:1");
+    row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
+        "VEXA B1:2, VEXA B2:1");
+    // Both kinds share the "FORMAT name" keys.
+    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000", "VEXA Pos*:1");
+    row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
+        "VEXA Pos:1, VEXA Pos*:1");
+    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000", "VEXA Pos*:1, RTCM3 Pos:1");
 }
 
-void tst_MessageStatisticsCoordinator::closeEpoch()
+void tst_MessageStatisticsCoordinator::routing()
+{
+    QFETCH(QString, messages);
+    QFETCH(QString, statistics);
+
+    QCOMPARE(mCoordinator->getMessageSource(), &mSource);
+    send(messages);
+    QCOMPARE(this->statistics(), statistics);
+    QCOMPARE(mCoordinator->hasStatistics(&mPosition), statistics.contains(QLatin1String("Pos*")));
+    if (mCoordinator->hasStatistics(&mPosition))
+        QCOMPARE(mCoordinator->getMessageStatistics(&mVexa, QStringLiteral("Pos")),
+                 mCoordinator->getMessageStatistics(&mPosition));
+}
+
+void tst_MessageStatisticsCoordinator::gapDetectionRegistrationAndCloseEpoch()
 {
     // Nothing to close yet.
     mCoordinator->closeEpoch();
     QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
 
-    mCoordinator->enableGapDetection(&mDictionary.position);
-    for (unsigned long long millis : { 1000, 2000, 3000 }) {
-        sendMessage(&mDictionary.position, millis);
-        sendMessage(&mDictionary.status, millis);
-    }
-    mTime->setMillis(4000);
+    // Registered before the first message: on. Registered afterwards: only after a clear().
+    mCoordinator->enableGapDetection(&mPosition);
+    send(QStringLiteral("Pos@1000 Status@1000"));
+    mCoordinator->enableGapDetection(&mStatus);
+    send(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 Status@3000"));
+    MessageStatistics *position = mCoordinator->getMessageStatistics(&mPosition);
+    MessageStatistics *status = mCoordinator->getMessageStatistics(&mStatus);
+    QVERIFY(position->isGapDetectionEnabled());
+    QVERIFY(!status->isGapDetectionEnabled());
+    QVERIFY(!mCoordinator->getAllMessageStatistics().constLast()->isGapDetectionEnabled());
+
+    mTime.setMillis(4000);
     mCoordinator->closeEpoch();
-
-    QCOMPARE(mCoordinator->getMessageStatistics(&mDictionary.position)->getNumberOfMissingEpochs(),
-             1);
-    QCOMPARE(mCoordinator->getMessageStatistics(&mDictionary.status)->getNumberOfMissingEpochs(),
-             0);
-}
-
-void tst_MessageStatisticsCoordinator::clearKeepsConnectionAndRegistrations()
-{
-    sendMessage(&mDictionary.position, 1000);
-    sendUnknown(&mDictionary.vexa, QStringLiteral("Block4242"), 2000);
-    QPointer<MessageStatistics> known = mCoordinator->getMessageStatistics(&mDictionary.position);
-    QPointer<MessageStatistics> unknownMessage
-        = mCoordinator->getAllMessageStatistics().constLast();
+    QCOMPARE(position->getNumberOfMissingEpochs(), 1);
+    QCOMPARE(status->getNumberOfMissingEpochs(), 0);
 
     mCoordinator->clear();
-    QVERIFY(known.isNull());
-    QVERIFY(unknownMessage.isNull());
-    QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
-    QVERIFY(!mCoordinator->hasStatistics(&mDictionary.position));
-    QVERIFY(mCoordinator->children().isEmpty());
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 2000ULL);
-    QVERIFY(mCoordinator->hasValidLastMessageMillis());
-
-    // Still listening: the next message starts afresh.
-    sendMessage(&mDictionary.position, 3000);
-    QCOMPARE(mCoordinator->getAllMessageStatistics().size(), 1);
-    QCOMPARE(mCoordinator->getMessageStatistics(&mDictionary.position)->getCount(), 1u);
+    send(QStringLiteral("Status@5000"));
+    QVERIFY(mCoordinator->getMessageStatistics(&mStatus)->isGapDetectionEnabled());
 }
 
-void tst_MessageStatisticsCoordinator::disconnectFromSource()
+void tst_MessageStatisticsCoordinator::eventsAndNewestMessageTime()
+{
+    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 0ULL);
+    send(QStringLiteral("Pos@5000"));
+    mTime.setMillis(9000);
+    for (MessageApiEvent::Type type :
+         { MessageApiEvent::CrcError, MessageApiEvent::ConnectionOpened,
+           MessageApiEvent::CrcError })
+        Q_EMIT mSource.newEvent(MessageApiEvent(type, QStringLiteral("VEXA CRC error"), nullptr));
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 2u);
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened), 1u);
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::DecoderError), 0u);
+    // Events are not messages: the newest message time stays.
+    QVERIFY(mCoordinator->hasValidLastMessageMillis());
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 5000ULL);
+
+    send(QStringLiteral("VEXA/B1@7000"));
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 7000ULL);
+    send(QStringLiteral("Status@0"));
+    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
+    // A reading that the clock does not vouch for is kept all the same.
+    UnfixedClock clock;
+    MessageStatisticsCoordinator unfixed(&mSource, &clock);
+    clock.setMillis(1234);
+    Q_EMIT mSource.newUnknownMessage(&mVexa, QStringLiteral("B1"));
+    QVERIFY(!unfixed.hasValidLastMessageMillis());
+    QCOMPARE(unfixed.getLastMessageMillis(), 1234ULL);
+}
+
+void tst_MessageStatisticsCoordinator::clearAndDisconnect()
 {
     mCoordinator->disconnectFromSource();
-    sendMessage(&mDictionary.position, 1000);
-    sendUnknown(&mDictionary.vexa, QStringLiteral("Block4242"), 2000);
-    Q_EMIT mSource->newEvent(
-        MessageApiEvent(MessageApiEvent::CrcError, QStringLiteral("VEXA CRC error"), nullptr));
+    TracerRecorder recorder;
+    auto *coordinator = new MessageStatisticsCoordinator(&mSource, &mTime);
+    MessageApiEvent const crcError(MessageApiEvent::CrcError, QStringLiteral("VEXA CRC error"),
+                                   nullptr);
+    Q_EMIT mSource.newEvent(crcError);
+    send(QStringLiteral("Pos@1000 VEXA/B1@2000"));
+    QPointer<MessageStatistics> known = coordinator->getMessageStatistics(&mPosition);
+    QPointer<MessageStatistics> unknownMessage = coordinator->getAllMessageStatistics().constLast();
 
+    coordinator->clear();
+    QVERIFY(known.isNull() && unknownMessage.isNull());
+    QVERIFY(!coordinator->hasStatistics(&mPosition));
+    QCOMPARE(coordinator->getEventCount(MessageApiEvent::CrcError), 0u);
+    QCOMPARE(coordinator->getLastMessageMillis(), 2000ULL);
+    QVERIFY(coordinator->hasValidLastMessageMillis());
+    // Still listening: the next message starts afresh.
+    send(QStringLiteral("Pos@3000"));
+    QPointer<MessageStatistics> fresh = coordinator->getMessageStatistics(&mPosition);
+    QCOMPARE(coordinator->getAllMessageStatistics(), QList<MessageStatistics *> { fresh });
+    QCOMPARE(fresh->getCount(), 1u);
+    delete coordinator;
+    QVERIFY(fresh.isNull());
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageStatisticsCoordinator")),
+             QStringList({ "+MessageStatisticsCoordinator", "-MessageStatisticsCoordinator" }));
+
+    // The disconnected coordinator saw none of it.
     QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
     QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 0u);
     QVERIFY(!mCoordinator->hasValidLastMessageMillis());
-}
-
-void tst_MessageStatisticsCoordinator::tracing()
-{
-    TracerRecorder recorder;
-    auto *coordinator = new MessageStatisticsCoordinator(mSource, mTime);
-    coordinator->getMessageStatistics(&mDictionary.position);
-    coordinator->getMessageStatistics(&mDictionary.vexa, QStringLiteral("Block4242"));
-    delete coordinator;
-    QCOMPARE(recorder.events(),
-             QStringList({ "+MessageStatisticsCoordinator", "+MessageStatistics",
-                           "+MessageStatistics", "-MessageStatisticsCoordinator",
-                           "-MessageStatistics", "-MessageStatistics" }));
 }
 
 QTEST_GUILESS_MAIN(tst_MessageStatisticsCoordinator)

@@ -13,10 +13,13 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
 using Parts = PathExpression::Parts;
+using Messages = QVector<MessageInfo const *>;
+using Fields = QVector<FieldInfo const *>;
 
 namespace {
-
 constexpr int F = PathExpression::FormatPart;
 constexpr int M = PathExpression::MessagePart;
 constexpr int L = PathExpression::FieldPart;
@@ -33,12 +36,11 @@ void recordSignals(PathExpression *e, QStringList *log)
     QObject::connect(e, &PathExpression::fieldPartChanged, e, entry("field "));
     QObject::connect(e, &PathExpression::expressionChanged, e, entry("expression "));
     QObject::connect(e, &PathExpression::partsChanged, e, [log](Parts parts) {
-        log->append(QStringLiteral("parts ") + QString::number(int(parts)));
+        log->append(QStringLiteral("parts %1").arg(int(parts)));
     });
     QObject::connect(e, &PathExpression::matchesMayHaveChanged, e,
                      [log] { log->append(QStringLiteral("matches")); });
 }
-
 } // namespace
 
 class tst_PathExpression : public QObject
@@ -49,260 +51,191 @@ private Q_SLOTS:
     void initTestCase() { mDictionary = new DictionaryFixture; }
     void cleanupTestCase() { delete mDictionary; }
 
-    void split_data();
-    void split();
+    void syntax_data();
+    void syntax();
     void matchesName_data();
     void matchesName();
-    void getStringAndWildCards_data();
-    void getStringAndWildCards();
-    void constructors();
     void setters_data();
     void setters();
-    void filteringSetConnections();
-
+    void filteringSet();
     void matchingLists_data();
     void matchingLists();
-    void tuplesParallelOrUnique();
-    void messagesOnlyThroughMatchingFields();
-    void completeEditing_data();
-    void completeEditing();
-    void setupToMatchUnique();
-    void setupToMatchUniqueFieldInNoMessage();
-    void uniqueLookups_data();
+    void matchingTuples();
+    void selectionAndSetup();
     void uniqueLookups();
 
 private:
     DictionaryFixture *mDictionary = nullptr;
 };
 
-void tst_PathExpression::split_data()
+void tst_PathExpression::syntax_data()
 {
     QTest::addColumn<QString>("expression");
     QTest::addColumn<int>("parts");
-    QTest::addColumn<QString>("expected"); // format:message:field, starting from "f0:m0:l0"
+    QTest::addColumn<QString>("split"); // format:message:field, starting from "f0:m0:l0"
+    QTest::addColumn<QString>("text"); // getString(parts) of an object built from expression
+    QTest::addColumn<bool>("isWildCard");
+    auto row = [](char const *name, char const *expression, int parts, char const *split,
+                  char const *text, bool isWildCard) {
+        QTest::newRow(name) << expression << parts << split << text << isWildCard;
+    };
 
-    QTest::newRow("format only given") << "VEXA" << All << "VEXA:*:*";
-    QTest::newRow("empty text") << "" << All << "*:*:*";
-    QTest::newRow("empty middle piece") << "A::C" << All << "A:*:C";
-    QTest::newRow("pieces after the third ignored") << "A:B:C:D" << All << "A:B:C";
-    QTest::newRow("field alone") << "Lat" << L << "f0:m0:Lat";
-    QTest::newRow("message and field") << "Pos:Lat" << (M | L) << "f0:Pos:Lat";
-    QTest::newRow("format and field") << "A:C" << (F | L) << "A:m0:C";
-    QTest::newRow("format and field, two separators") << "A::C" << (F | L) << "A:m0:*";
-    QTest::newRow("message alone keeps first piece") << "Pos:Lat" << M << "f0:Pos:l0";
+    row("format only given", "VEXA", All, "VEXA:*:*", "VEXA:*:*", false);
+    row("pieces after the third ignored", "A:B:C:D", All, "A:B:C", "A:B:C", false);
+    row("doubled wildcard", "*:**:*", All, "*:**:*", "*:**:*", false);
+    row("field alone", "Lat", L, "f0:m0:Lat", "*", true);
+    row("message and field, wildcards", "VEXA:*:*", M | L, "f0:VEXA:*", "*:*", true);
+    row("format and message", "VEXA:Pos*:Lat", F | M, "VEXA:Pos*:l0", "VEXA:Pos*", false);
+    row("format and field", "A:C", F | L, "A:m0:C", "A::*", false);
+    // getString() writes "format::field", which split() does not read back as that field.
+    row("format and field, two separators", "A::C", F | L, "A:m0:*", "A::C", false);
+    row("message alone keeps first piece", "Pos:Lat", M, "f0:Pos:l0", "Lat", false);
+    row("no parts", "A:B:C", 0, "f0:m0:l0", "", true);
 }
 
-void tst_PathExpression::split()
+void tst_PathExpression::syntax()
 {
     QFETCH(QString, expression);
     QFETCH(int, parts);
-    QFETCH(QString, expected);
+    QFETCH(QString, split);
+    QFETCH(QString, text);
+    QFETCH(bool, isWildCard);
 
     QString format = QStringLiteral("f0"), message = QStringLiteral("m0"),
             field = QStringLiteral("l0");
-    PathExpression().split(expression, format, message, field, Parts(parts));
-    QCOMPARE(QStringList({ format, message, field }).join(QLatin1Char(':')), expected);
+    PathExpression const pathExpression(expression);
+    pathExpression.split(expression, format, message, field, Parts(parts));
+    QCOMPARE(QStringList({ format, message, field }).join(QLatin1Char(':')), split);
+    QCOMPARE(pathExpression.getString(Parts(parts)), text);
+    QCOMPARE(pathExpression.isWildCard(Parts(parts)), isWildCard);
+    // Also a text that already ends with the wildcard gets one more.
+    QCOMPARE(pathExpression.maybeAppendWildCard(text), text + QLatin1Char('*'));
 }
 
 void tst_PathExpression::matchesName_data()
 {
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("pattern");
-    QTest::addColumn<bool>("matches");
+    QTest::addColumn<QString>("matching"); // names, space-separated ("A " holds the empty name)
+    QTest::addColumn<QString>("others");
+    auto row = [](char const *name, char const *pattern, char const *matching, char const *others) {
+        QTest::newRow(name) << pattern << matching << others;
+    };
 
-    QTest::newRow("prefix, other case") << "PosCartesian"
-                                        << "pos*" << true;
-    QTest::newRow("anchored at the end") << "PosCartesian"
-                                         << "Pos" << false;
-    QTest::newRow("anchored at the start") << "PosCartesian"
-                                           << "Cart*" << false;
-    QTest::newRow("second alternative") << "Lat"
-                                        << "Lon|Lat" << true;
-    QTest::newRow("empty alternative, name") << "Lat"
-                                             << "Lon|" << false;
-    QTest::newRow("empty alternative, empty name") << ""
-                                                   << "Lon|" << true;
-    QTest::newRow("separator acts as wildcard") << "AxyzB"
-                                                << "A:B" << true;
-    QTest::newRow("one character") << "Lat"
-                                   << "L?t" << true;
-    QTest::newRow("one character, not two") << "Lat"
-                                            << "L?" << false;
-    QTest::newRow("bracket set") << "Pos3"
-                                 << "Pos[0-9]" << true;
-    QTest::newRow("bracket set, outside") << "PosX"
-                                          << "Pos[0-9]" << false;
-    QTest::newRow("no regular expression") << "aab"
-                                           << "a+b" << false;
+    row("whole name, any case", "pos*", "PosCartesian pos", "APos");
+    row("alternatives", "Lon|Lat", "Lat lon", "LonLat");
+    row("an empty alternative", "Lon|", "Lon ", "Lat");
+    row("separator acts as wildcard", "A:B", "AB AxyzB", "A");
+    row("one character", "L?t", "Lat", "Lt Laat");
+    row("character set", "Pos[0-9]", "Pos3", "PosX");
+    row("no regular expression", "a+b", "a+b", "aab ab");
 }
 
 void tst_PathExpression::matchesName()
 {
-    QFETCH(QString, name);
     QFETCH(QString, pattern);
-    QFETCH(bool, matches);
+    QFETCH(QString, matching);
+    QFETCH(QString, others);
 
-    QCOMPARE(PathExpression().matchesName(name, pattern), matches);
-}
-
-void tst_PathExpression::getStringAndWildCards_data()
-{
-    QTest::addColumn<QString>("expression");
-    QTest::addColumn<int>("parts");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isWildCard");
-
-    QTest::newRow("format and message") << "VEXA:Pos*:Lat" << (F | M) << "VEXA:Pos*" << false;
-    QTest::newRow("format and field") << "VEXA:*:*" << (F | L) << "VEXA::*" << false;
-    QTest::newRow("message and field") << "VEXA:*:*" << (M | L) << "*:*" << true;
-    QTest::newRow("doubled wildcard") << "*:**:*" << All << "*:**:*" << false;
-    QTest::newRow("no parts") << "A:B:C" << 0 << "" << true;
-}
-
-void tst_PathExpression::getStringAndWildCards()
-{
-    QFETCH(QString, expression);
-    QFETCH(int, parts);
-    QFETCH(QString, text);
-    QFETCH(bool, isWildCard);
-
-    PathExpression const pathExpression(expression);
-    QCOMPARE(pathExpression.getString(Parts(parts)), text);
-    QCOMPARE(pathExpression.isWildCard(Parts(parts)), isWildCard);
-    QCOMPARE(pathExpression.maybeAppendWildCard(text), text + QLatin1Char('*'));
-}
-
-void tst_PathExpression::constructors()
-{
-    TracerRecorder recorder;
-    {
-        PathExpression const fresh;
-        QCOMPARE(fresh.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
-        QCOMPARE(int(PathExpression::AllParts), 7);
-        QVERIFY(!fresh.getConsiderSubMessages() && !fresh.getFilteringMessageInfoSet());
-
-        // Built from text, the object announces text changes but not, through them, matches.
-        PathExpression fromText(QStringLiteral("VEXA::Lat|Lon"));
-        QCOMPARE(fromText.getString(PathExpression::AllParts), QStringLiteral("VEXA:*:Lat|Lon"));
-        QVERIFY(!fromText.getConsiderSubMessages() && !fromText.getFilteringMessageInfoSet());
-        QStringList log;
-        recordSignals(&fromText, &log);
-        fromText.setFieldPart(QStringLiteral("Lat"));
-        QCOMPARE(log, QStringList({ "field Lat", "expression VEXA:*:Lat", "parts 4" }));
-    }
-    QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
-             QStringList(
-                 { "+PathExpression", "+PathExpression", "-PathExpression", "-PathExpression" }));
+    for (QString const &name : matching.split(QLatin1Char(' ')))
+        QVERIFY2(PathExpression().matchesName(name, pattern), qPrintable(name));
+    for (QString const &name : others.split(QLatin1Char(' ')))
+        QVERIFY2(!PathExpression().matchesName(name, pattern), qPrintable(name));
 }
 
 void tst_PathExpression::setters_data()
 {
-    QTest::addColumn<QString>("initial");
-    QTest::addColumn<QByteArray>("slot");
+    QTest::addColumn<QByteArray>("slot"); // invoked on "VEXA:Pos:Lat"
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("parts"); // -1: the overload without flags
     QTest::addColumn<QStringList>("log");
-
+    QTest::addColumn<bool>("fromText"); // built by the constructor that reads a text
     // matchesMayHaveChanged() comes from within expressionChanged(), ahead of the receivers
-    // connected after construction.
-    auto log = [](QStringList changes, QString const &expression, int flags) {
-        return changes << QStringLiteral("matches") << QStringLiteral("expression ") + expression
-                       << QStringLiteral("parts ") + QString::number(flags);
+    // connected after construction; an object built from a text does not emit it.
+    auto row = [](char const *name, char const *slot, char const *text, int parts,
+                  char const *changes, char const *expression, int changed, bool fromText = false) {
+        QStringList log = QString::fromLatin1(changes).split(QLatin1Char(','), Qt::SkipEmptyParts);
+        if (changed && !fromText)
+            log << "matches";
+        if (changed)
+            log << QStringLiteral("expression ") + QLatin1String(expression)
+                << QStringLiteral("parts %1").arg(changed);
+        QTest::newRow(name) << QByteArray(slot) << text << parts << log << fromText;
     };
 
-    QTest::newRow("whole text") << "*:*:*" << QByteArray("setString") << "VEXA:Pos:Lat" << -1
-                                << log({ "format VEXA", "message Pos", "field Lat" },
-                                       "VEXA:Pos:Lat", All);
-    QTest::newRow("only changed parts")
-        << "VEXA:Pos:Lat" << QByteArray("setString") << "vexa:Pos:Lat" << -1
-        << log({ "format vexa" }, "vexa:Pos:Lat", F);
-    QTest::newRow("same text") << "VEXA:Pos:Lat" << QByteArray("setString") << "VEXA:Pos:Lat" << -1
-                               << QStringList();
-    QTest::newRow("emptied field") << "VEXA:Pos:Lat" << QByteArray("setFieldPart") << "" << -1
-                                   << log({ "field *" }, "VEXA:Pos:*", L);
-    QTest::newRow("part setter keeps first piece")
-        << "VEXA:Vel:Lat" << QByteArray("setMessagePart") << "Pos:Lon" << -1
-        << log({ "message Pos" }, "VEXA:Pos:Lat", M);
-    QTest::newRow("format and field flags")
-        << "*:*:*" << QByteArray("setString") << "A:C" << (F | L)
-        << log({ "format A", "field C" }, "A:*:C", F | L);
-    QTest::newRow("field prefix") << "VEXA:Pos:Lat" << QByteArray("setFieldPartPrefix") << "la"
-                                  << -1 << log({ "field la*" }, "VEXA:Pos:la*", L);
-    QTest::newRow("prefix doubles wildcard")
-        << "VEXA:Pos*:Lat" << QByteArray("setMessagePartPrefix") << "Pos*" << -1
-        << log({ "message Pos**" }, "VEXA:Pos**:Lat", M);
-    QTest::newRow("prefix on the last part")
-        << "*:*:Lat" << QByteArray("setStringPrefix") << "VEXA:Po" << -1
-        << log({ "format VEXA", "message Po*", "field *" }, "VEXA:Po*:*", All);
-    QTest::newRow("prefix with flags")
-        << "*:*:*" << QByteArray("setStringPrefix") << "Pos:La" << (M | L)
-        << log({ "message Pos", "field La*" }, "*:Pos:La*", M | L);
-    QTest::newRow("all wildcards") << "VEXA:Pos:Lat" << QByteArray("setWildCard") << "" << -1
-                                   << log({ "format *", "message *", "field *" }, "*:*:*", All);
-    QTest::newRow("message wildcard") << "VEXA:Pos:Lat" << QByteArray("setWildCard") << "" << M
-                                      << log({ "message *" }, "VEXA:*:Lat", M);
+    row("whole text", "setString", "A:B:C", -1, "format A,message B,field C", "A:B:C", All);
+    row("only changed parts", "setString", "vexa:Pos:Lat", -1, "format vexa", "vexa:Pos:Lat", F);
+    row("same text", "setString", "VEXA:Pos:Lat", -1, "", "", 0);
+    row("first piece only", "setMessagePart", "V:L", -1, "message V", "VEXA:V:Lat", M);
+    row("format and field flags", "setString", "A:C", F | L, "format A,field C", "A:Pos:C", F | L);
+    row("field prefix", "setFieldPartPrefix", "la", -1, "field la*", "VEXA:Pos:la*", L);
+    row("prefix on a wildcard", "setMessagePartPrefix", "P*", -1, "message P**", "VEXA:P**:Lat", M);
+    row("last part prefix", "setStringPrefix", "VEXA:P", -1, "message P*,field *", "VEXA:P*:*",
+        M | L);
+    row("prefix, flags", "setStringPrefix", "V:L", M | L, "message V,field L*", "VEXA:V:L*", M | L);
+    row("all wildcards", "setWildCard", "", -1, "format *,message *,field *", "*:*:*", All);
+    row("message wildcard", "setWildCard", "", M, "message *", "VEXA:*:Lat", M);
+    row("built from text", "setFieldPart", "Lon", -1, "field Lon", "VEXA:Pos:Lon", L, true);
 }
 
 void tst_PathExpression::setters()
 {
-    QFETCH(QString, initial);
     QFETCH(QByteArray, slot);
     QFETCH(QString, text);
     QFETCH(int, parts);
     QFETCH(QStringList, log);
+    QFETCH(bool, fromText);
 
-    PathExpression expression;
-    expression.setString(initial);
+    std::unique_ptr<PathExpression> const owner(
+        fromText ? new PathExpression(QStringLiteral("VEXA:Pos:Lat")) : new PathExpression);
+    PathExpression &expression = *owner;
+    expression.setString(QStringLiteral("VEXA:Pos:Lat"));
     QStringList recorded;
     recordSignals(&expression, &recorded);
     QSignalSpy partsSpy(&expression, SIGNAL(partsChanged(QFlags<PathExpression::Part>)));
 
     // Invoked by name, as an application that only knows a QObject would.
-    bool const wildCard = slot == "setWildCard";
     Parts const flags(parts);
-    bool invoked;
-    if (wildCard && parts < 0)
-        invoked = QMetaObject::invokeMethod(&expression, slot.constData());
-    else if (wildCard)
-        invoked = QMetaObject::invokeMethod(&expression, slot.constData(),
-                                            Q_ARG(QFlags<PathExpression::Part>, flags));
-    else if (parts < 0)
-        invoked = QMetaObject::invokeMethod(&expression, slot.constData(), Q_ARG(QString, text));
-    else
-        invoked = QMetaObject::invokeMethod(&expression, slot.constData(), Q_ARG(QString, text),
-                                            Q_ARG(QFlags<PathExpression::Part>, flags));
+    char const *name = slot.constData();
+    bool const invoked = slot == "setWildCard"
+        ? (parts < 0 ? QMetaObject::invokeMethod(&expression, name)
+                     : QMetaObject::invokeMethod(&expression, name,
+                                                 Q_ARG(QFlags<PathExpression::Part>, flags)))
+        : (parts < 0 ? QMetaObject::invokeMethod(&expression, name, Q_ARG(QString, text))
+                     : QMetaObject::invokeMethod(&expression, name, Q_ARG(QString, text),
+                                                 Q_ARG(QFlags<PathExpression::Part>, flags)));
     QVERIFY(invoked);
     QCOMPARE(recorded, log);
     if (!log.isEmpty())
         QCOMPARE(partsSpy.takeFirst().at(0).value<Parts>(), Parts(log.last().mid(6).toInt()));
 }
 
-void tst_PathExpression::filteringSetConnections()
+void tst_PathExpression::filteringSet()
 {
-    MessageInfo a(QStringLiteral("A"));
-    MessageInfoSet first, second;
-    PathExpression expression;
-    QSignalSpy spy(&expression, &PathExpression::matchesMayHaveChanged);
-
-    expression.setFilteringMessageInfoSet(&first);
-    expression.setFilteringMessageInfoSet(&first);
-    QCOMPARE(spy.count(), 1);
-    first.addMessageInfo(&a);
-    QCOMPARE(spy.count(), 2);
-
-    expression.setFilteringMessageInfoSet(&second);
-    first.removeMessageInfo(&a);
-    QCOMPARE(spy.count(), 3);
-    second.addMessageInfo(&a);
-    QCOMPARE(spy.count(), 4);
-
-    expression.setFilteringMessageInfoSet(nullptr);
-    second.clear();
-    QCOMPARE(spy.count(), 5);
-    QVERIFY(!expression.getFilteringMessageInfoSet());
-    // Dropping the set must not cut the expression's own link to matchesMayHaveChanged().
-    expression.setMessagePart(QStringLiteral("X"));
-    QCOMPARE(spy.count(), 6);
+    TracerRecorder recorder;
+    {
+        // One emission per change of the set or of its contents; only the current set counts.
+        PathExpression expression;
+        QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
+        MessageInfo a(QStringLiteral("A"));
+        MessageInfoSet first, second;
+        QSignalSpy spy(&expression, &PathExpression::matchesMayHaveChanged);
+        expression.setFilteringMessageInfoSet(&first);
+        expression.setFilteringMessageInfoSet(&first);
+        first.addMessageInfo(&a);
+        QCOMPARE(spy.count(), 2);
+        expression.setFilteringMessageInfoSet(&second);
+        first.removeMessageInfo(&a);
+        second.addMessageInfo(&a);
+        QCOMPARE(spy.count(), 4);
+        expression.setFilteringMessageInfoSet(nullptr);
+        second.clear();
+        QCOMPARE(spy.count(), 5);
+        // Dropping the set must not cut the expression's own link to matchesMayHaveChanged().
+        expression.setMessagePart(QStringLiteral("X"));
+        QCOMPARE(spy.count(), 6);
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
+             QStringList({ "+PathExpression", "-PathExpression" }));
 }
 
 void tst_PathExpression::matchingLists_data()
@@ -310,35 +243,26 @@ void tst_PathExpression::matchingLists_data()
     QTest::addColumn<QString>("expression");
     QTest::addColumn<bool>("considerSubMessages");
     QTest::addColumn<int>("parts");
-    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QString>("expected");
+    auto row = [](char const *name, char const *expression, bool subMessages, int parts,
+                  char const *expected) {
+        QTest::newRow(name) << expression << subMessages << parts << expected;
+    };
 
-    QTest::newRow("fresh object lists each format once")
-        << "*:*:*" << false << F << QStringList { "VEXA", "RTCM3", "RTCM2", "CMR" };
-    QTest::newRow("alternatives, other case")
-        << "vexa:velgeod|posgeod" << false << M << QStringList { "PosGeod", "VelGeod" };
+    row("fresh object lists each format once", "*:*:*", false, F, "VEXA RTCM3 RTCM2 CMR");
     // Repeats are told apart by object: each position message has its own "Mode" field.
-    QTest::newRow("fields once per object")
-        << "VEXA:Pos*:*" << false
-        << L << QStringList { "BlockNumber", "TOW",      "WNc",       "Mode",  "Error",
-                              "X",           "Y",        "Z",         "NrSV",  "Datum",
-                              "Mode",        "Latitude", "Longitude", "Height" };
-    QTest::newRow("one row per matching field")
-        << "VEXA:*Geod:Mode|Height" << false << All
-        << QStringList { "VEXA:PosGeod:Mode", "VEXA:PosGeod:Height", "VEXA:VelGeod:Mode" };
-    QTest::newRow("format and message repeat per field")
-        << "VEXA:*Geod:Mode|Height" << false << (F | M)
-        << QStringList { "VEXA:PosGeod", "VEXA:PosGeod", "VEXA:VelGeod" };
-    QTest::newRow("format and field joined by two separators")
-        << "VEXA:PosGeod:L*" << false << (F | L)
-        << QStringList { "VEXA::Latitude", "VEXA::Longitude" };
-    QTest::newRow("shared field, one row per message")
-        << "VEXA:Pos*:BlockNumber" << false << (M | L)
-        << QStringList { "PosCart:BlockNumber", "PosGeod:BlockNumber" };
-    QTest::newRow("sub-messages left out") << "VEXA:*:SVID" << false << All << QStringList();
-    QTest::newRow("sub-messages included")
-        << "VEXA:*:SVID" << true << All << QStringList { "VEXA:MeasEpochChannel:SVID" };
-    QTest::newRow("format alternatives and sets")
-        << "RTCM?|CMR:Type1|CMR[OR]*" << false << M << QStringList { "Type1", "CMRObs", "CMRRef" };
+    row("fields once per object", "VEXA:Pos*:*", false, L,
+        "BlockNumber TOW WNc Mode Error X Y Z NrSV Datum Mode Latitude Longitude Height");
+    row("one row per matching field", "VEXA:*Geod:Mode|Height", false, All,
+        "VEXA:PosGeod:Mode VEXA:PosGeod:Height VEXA:VelGeod:Mode");
+    row("format and message repeat per field", "VEXA:*Geod:Mode|Height", false, F | M,
+        "VEXA:PosGeod VEXA:PosGeod VEXA:VelGeod");
+    row("format and field joined by two separators", "VEXA:PosGeod:L*", false, F | L,
+        "VEXA::Latitude VEXA::Longitude");
+    row("messages only through a matching field", "*:*:Latitude", false, M, "PosGeod");
+    row("sub-messages left out", "VEXA:*:SVID", false, All, "");
+    row("sub-messages included", "VEXA:*:SVID", true, All, "VEXA:MeasEpochChannel:SVID");
+    row("alternatives and sets", "rtcm?|CMR:type1|CMR[OR]*", false, M, "Type1 CMRObs CMRRef");
 }
 
 void tst_PathExpression::matchingLists()
@@ -346,44 +270,42 @@ void tst_PathExpression::matchingLists()
     QFETCH(QString, expression);
     QFETCH(bool, considerSubMessages);
     QFETCH(int, parts);
-    QFETCH(QStringList, expected);
+    QFETCH(QString, expected);
 
     PathExpression pathExpression;
     pathExpression.setString(expression);
     pathExpression.setConsiderSubMessages(considerSubMessages);
-    QCOMPARE(pathExpression.getMatchingExpressionsStringList(Parts(parts)), expected);
+    QStringList const list = expected.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QCOMPARE(pathExpression.getMatchingExpressionsStringList(Parts(parts)), list);
     if (parts == F)
-        QCOMPARE(pathExpression.getMatchingFormatsStringList(), expected);
+        QCOMPARE(pathExpression.getMatchingFormatsStringList(), list);
     if (parts == M)
-        QCOMPARE(pathExpression.getMatchingMessagesStringList(), expected);
+        QCOMPARE(pathExpression.getMatchingMessagesStringList(), list);
     if (parts == L)
-        QCOMPARE(pathExpression.getMatchingFieldsStringList(), expected);
+        QCOMPARE(pathExpression.getMatchingFieldsStringList(), list);
 }
 
-void tst_PathExpression::tuplesParallelOrUnique()
+void tst_PathExpression::matchingTuples()
 {
     FormatInfo const *vexa = mDictionary->vexa();
     MessageInfo const *posGeod = mDictionary->posGeod();
-    FieldInfo const *latitude = mDictionary->field("VEXA", "PosGeod", "Latitude");
-    FieldInfo const *longitude = mDictionary->field("VEXA", "PosGeod", "Longitude");
+    Fields const latLon { mDictionary->field("VEXA", "PosGeod", "Latitude"),
+                          mDictionary->field("VEXA", "PosGeod", "Longitude") };
     PathExpression const expression(QStringLiteral("VEXA:PosGeod:L*"));
-
     // Leftovers in the vectors must go.
     QVector<FormatInfo const *> formats { mDictionary->cmr() };
-    QVector<MessageInfo const *> messages { mDictionary->posCart() };
-    QVector<FieldInfo const *> fields { latitude };
+    Messages messages { mDictionary->posCart() };
+    Fields fields { latLon.first() };
 
     expression.getMatchingTuples(&formats, &messages, &fields, false);
     QCOMPARE(formats, QVector<FormatInfo const *>({ vexa, vexa }));
-    QCOMPARE(messages, QVector<MessageInfo const *>({ posGeod, posGeod }));
-    QCOMPARE(fields, QVector<FieldInfo const *>({ latitude, longitude }));
-
+    QCOMPARE(messages, Messages({ posGeod, posGeod }));
+    QCOMPARE(fields, latLon);
     expression.getMatchingTuples(&formats, &messages, nullptr, true);
     QCOMPARE(formats, QVector<FormatInfo const *>({ vexa }));
-    QCOMPARE(messages, QVector<MessageInfo const *>({ posGeod }));
+    QCOMPARE(messages, Messages({ posGeod }));
     QCOMPARE(expression.getMatchingMessageInfos(), messages);
-    QCOMPARE(expression.getMatchingFieldInfos(),
-             QVector<FieldInfo const *>({ latitude, longitude }));
+    QCOMPARE(expression.getMatchingFieldInfos(), latLon);
 
     // A filtering set that is present but empty lets nothing match.
     MessageInfoSet set;
@@ -391,139 +313,84 @@ void tst_PathExpression::tuplesParallelOrUnique()
     filtered.setFilteringMessageInfoSet(&set);
     QVERIFY(filtered.getMatchingFieldInfos().isEmpty());
     set.setContents({ mDictionary->velGeod(), mDictionary->cmr()->getMessageInfos().first() });
-    QCOMPARE(filtered.getMatchingMessageInfos(),
-             QVector<MessageInfo const *>({ mDictionary->velGeod() }));
+    QCOMPARE(filtered.getMatchingMessageInfos(), Messages({ mDictionary->velGeod() }));
     filtered.setFilteringMessageInfoSet(nullptr);
 }
 
-void tst_PathExpression::messagesOnlyThroughMatchingFields()
+void tst_PathExpression::selectionAndSetup()
 {
-    FormatInfo extra(QStringLiteral("EXTRA"));
-    MessageInfo empty(QStringLiteral("Empty")), filled(QStringLiteral("Filled"));
-    extra.addMessageInfo(&empty);
-    extra.addMessageInfo(&filled);
-    TestFieldInfo value(QStringLiteral("Value"), FieldType::u(8));
-    filled.addFieldInfo(&value, 0);
-
-    PathExpression expression(QStringLiteral("EXTRA"));
-    QCOMPARE(expression.getMatchingMessagesStringList(), QStringList { "Filled" });
-    expression.setFieldPart(QStringLiteral("Other"));
-    QVERIFY(expression.getMatchingFormatsStringList().isEmpty());
-}
-
-void tst_PathExpression::completeEditing_data()
-{
-    QTest::addColumn<QString>("expression");
-    QTest::addColumn<QStringList>("selected");
-
-    QTest::newRow("one message, one field")
-        << "VEXA:PosGeod:Height" << QStringList { "message PosGeod", "field Height" };
-    QTest::newRow("one message, several fields")
-        << "VEXA:PosGeod:*" << QStringList { "message PosGeod" };
-    QTest::newRow("one field, several messages")
-        << "VEXA:*:BlockNumber" << QStringList { "field BlockNumber" };
-}
-
-void tst_PathExpression::completeEditing()
-{
-    QFETCH(QString, expression);
-    QFETCH(QStringList, selected);
-
-    PathExpression pathExpression(expression);
+    // completeEditing() announces only what matches uniquely, the message first.
+    PathExpression expression;
     QStringList log;
-    connect(&pathExpression, &PathExpression::messageInfoSelected, this,
+    connect(&expression, &PathExpression::messageInfoSelected, this,
             [&log](MessageInfo const *m) { log << QStringLiteral("message ") + m->getName(); });
-    connect(&pathExpression, &PathExpression::fieldInfoSelected, this,
+    connect(&expression, &PathExpression::fieldInfoSelected, this,
             [&log](FieldInfo const *f) { log << QStringLiteral("field ") + f->getName(); });
-    pathExpression.completeEditing();
-    QCOMPARE(log, selected);
-}
+    for (char const *text : { "VEXA:PosGeod:Height", "VEXA:PosGeod:*", "VEXA:*:BlockNumber" }) {
+        expression.setString(QLatin1String(text));
+        expression.completeEditing();
+    }
+    QCOMPARE(
+        log,
+        QStringList({ "message PosGeod", "field Height", "message PosGeod", "field BlockNumber" }));
 
-void tst_PathExpression::setupToMatchUnique()
-{
-    PathExpression expression(QStringLiteral("VEXA:Pos:Lat"));
+    // The whole expression, and "+sub" when sub-messages take part.
+    auto state = [&expression] {
+        return expression.getString(PathExpression::AllParts)
+            + (expression.getConsiderSubMessages() ? QStringLiteral(" +sub") : QString());
+    };
     expression.setupToMatchUnique(mDictionary->rtcm2());
-    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("RTCM2:*:*"));
-    QVERIFY(!expression.getConsiderSubMessages());
-
-    MessageInfo const *channel = mDictionary->measEpochChannel();
-    expression.setupToMatchUnique(channel);
-    QCOMPARE(expression.getMatchingMessageInfos(), QVector<MessageInfo const *> { channel });
-    QVERIFY(expression.getConsiderSubMessages());
-
+    QCOMPARE(state(), QStringLiteral("RTCM2:*:*"));
+    expression.setupToMatchUnique(mDictionary->measEpochChannel());
+    QCOMPARE(state(), QStringLiteral("VEXA:MeasEpochChannel:* +sub"));
     // A field shared by every block lists all its messages, in the field's order.
     expression.setConsiderSubMessages(false);
     expression.setupToMatchUnique(mDictionary->blockNumber());
-    QCOMPARE(expression.getString(PathExpression::AllParts),
+    QCOMPARE(state(),
              QStringLiteral("VEXA:PosCart|PosGeod|VelCart|VelGeod|ReceiverStatus|MeasEpoch|"
-                            "DiffCorrIn|ReceiverSetup:BlockNumber"));
-    QVERIFY(expression.getConsiderSubMessages());
+                            "DiffCorrIn|ReceiverSetup:BlockNumber +sub"));
+    expression.setupToMatchUnique(mDictionary->field("VEXA", "MeasEpochChannel", "SVID"));
+    QCOMPARE(state(), QStringLiteral("VEXA:MeasEpochChannel:SVID +sub"));
 
-    FieldInfo const *svid = mDictionary->field("VEXA", "MeasEpochChannel", "SVID");
-    expression.setupToMatchUnique(svid);
-    QCOMPARE(expression.getMatchingFieldInfos(), QVector<FieldInfo const *> { svid });
-}
-
-void tst_PathExpression::setupToMatchUniqueFieldInNoMessage()
-{
     TestFieldInfo orphan(QStringLiteral("Orphan"), FieldType::u(8));
-    PathExpression expression(QStringLiteral("VEXA:Pos:Lat"));
+    expression.setConsiderSubMessages(false);
     AssertCapture capture;
-
     expression.setupToMatchUnique(&orphan);
     QCOMPARE(capture.texts(),
              QStringList { "PathExpression::setupToMatchUnique: FieldInfo should "
                            "at least occur in 1 message info" });
     QCOMPARE(capture.functions(), QStringList { "setupToMatchUnique" });
-    QCOMPARE(expression.getString(PathExpression::AllParts), QStringLiteral("*:*:*"));
-    QVERIFY(!expression.getConsiderSubMessages());
-}
-
-void tst_PathExpression::uniqueLookups_data()
-{
-    QTest::addColumn<bool>("field"); // false: message look-up
-    QTest::addColumn<QString>("expression");
-    QTest::addColumn<QString>("found"); // name of the result; empty when it must throw
-
-    QTest::newRow("field, one") << true << "VEXA:PosGeod:Height"
-                                << "Height";
-    QTest::newRow("field, two") << true << "VEXA:PosGeod:L*"
-                                << "";
-    QTest::newRow("field, one object in many messages") << true << "*:*:WNc"
-                                                        << "WNc";
-    QTest::newRow("message, one") << false << "VEXA:DiffCorrIn"
-                                  << "DiffCorrIn";
-    QTest::newRow("message, sub-message not considered") << false << "VEXA:MeasEpochChannel"
-                                                         << "";
-    QTest::newRow("message, none") << false << "NOPE"
-                                   << "";
+    QCOMPARE(state(), QStringLiteral("*:*:*"));
 }
 
 void tst_PathExpression::uniqueLookups()
 {
-    QFETCH(bool, field);
-    QFETCH(QString, expression);
-    QFETCH(QString, found);
+    QCOMPARE(PathExpression::getUniqueFieldInfo(QStringLiteral("*:PosGeod:Height"))->getName(),
+             QStringLiteral("Height"));
+    QCOMPARE(PathExpression::getUniqueMessageInfo(QStringLiteral("VEXA:DiffCorrIn")),
+             mDictionary->diffCorrIn());
 
     TracerRecorder recorder;
-    try {
-        QCOMPARE(field ? PathExpression::getUniqueFieldInfo(expression)->getName()
-                       : PathExpression::getUniqueMessageInfo(expression)->getName(),
-                 found);
-    } catch (MessageApiEvent const &event) {
-        QVERIFY2(found.isEmpty(), "unexpected throw");
-        QVERIFY(event.isError() && !event.getFormat());
-        QCOMPARE(event.getTypeString(), QStringLiteral("Client Error"));
-        QCOMPARE(event.getMessage(),
-                 QStringLiteral("Unable to resolve the following path expression to a single %1 "
-                                "Info: %2")
-                     .arg(field ? QStringLiteral("Field") : QStringLiteral("Message"), expression));
-    }
-    // The temporary expression is gone also after a throw.
+    auto thrown = [](auto lookUp, char const *expression) {
+        try {
+            lookUp(QLatin1String(expression));
+        } catch (MessageApiEvent const &event) {
+            QString const kind = event.isError() && !event.getFormat() ? QString() : "odd event ";
+            return kind + event.getTypeString() + QStringLiteral(": ") + event.getMessage();
+        }
+        return QString();
+    };
+    QCOMPARE(thrown(&PathExpression::getUniqueFieldInfo, "VEXA:PosGeod:L*"),
+             QStringLiteral("Client Error: Unable to resolve the following path expression to a "
+                            "single Field Info: VEXA:PosGeod:L*"));
+    QCOMPARE(thrown(&PathExpression::getUniqueMessageInfo, "VEXA:MeasEpochChannel"),
+             QStringLiteral("Client Error: Unable to resolve the following path expression to a "
+                            "single Message Info: VEXA:MeasEpochChannel"));
+    // The temporary expressions are gone also after a throw.
     QCOMPARE(recorder.eventsOf(QStringLiteral("PathExpression")),
-             QStringList({ "+PathExpression", "-PathExpression" }));
+             QStringList(
+                 { "+PathExpression", "-PathExpression", "+PathExpression", "-PathExpression" }));
 }
 
 QTEST_GUILESS_MAIN(tst_PathExpression)
-
 #include "tst_pathexpression.moc"

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Builds the library with Qt 6 and runs the demonstration program on its bundled input.
-# Installs missing Debian packages first. Extra arguments go to the program.
+# Builds the library with Qt 6 and runs the demonstration program: a receiver's recorded stream
+# (examples/data/demo-stream.vexa) replayed through the message flow, printing the statistics
+# of each message type and the event log. Installs missing Debian packages first.
+# Usage: tools/run-demo.sh [stream file]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

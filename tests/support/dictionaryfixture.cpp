@@ -6,23 +6,53 @@
 #include "messageinfo.h"
 #include "testfieldinfo.h"
 
-namespace {
+#include <initializer_list>
+#include <utility>
 
-void addPvtModes(FieldInfo *mode)
+struct DictionaryFixture::Field
 {
-    mode->addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("No PVT"));
-    mode->addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("Stand-Alone PVT"));
-    mode->addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("Differential PVT"));
-    mode->addSymbolicValue(FieldValue::u(4, 8), QStringLiteral("RTK with fixed ambiguities"));
-    mode->addSymbolicValue(FieldValue::u(5, 8), QStringLiteral("RTK with float ambiguities"));
-}
+    TestFieldInfo *field;
 
-FieldValue u16(unsigned number)
-{
-    return FieldValue::u(number, 16);
-}
-
-} // namespace
+    Field &unit(char const *identifier)
+    {
+        field->setUnit(QString::fromLatin1(identifier));
+        return *this;
+    }
+    Field &scale(double factor, signed char precision = -1)
+    {
+        field->setScaleFactor(factor);
+        return this->precision(precision);
+    }
+    Field &precision(signed char precision)
+    {
+        field->setPrecision(precision);
+        return *this;
+    }
+    Field &doNotUse(FieldValue const &value)
+    {
+        field->setDoNotUseValue(value);
+        return *this;
+    }
+    Field &repeated()
+    {
+        field->setIsRepeated(true);
+        return *this;
+    }
+    /// Symbolic texts for u8 values.
+    Field &symbols(std::initializer_list<std::pair<unsigned, char const *>> symbols)
+    {
+        for (auto const &symbol : symbols)
+            field->addSymbolicValue(FieldValue::u(symbol.first, 8),
+                                    QString::fromLatin1(symbol.second));
+        return *this;
+    }
+    Field &in(MessageInfo *message, int index, bool isKey = false)
+    {
+        message->addFieldInfo(field, index, isKey);
+        return *this;
+    }
+    operator TestFieldInfo *() const { return field; }
+};
 
 DictionaryFixture::DictionaryFixture()
 {
@@ -63,32 +93,32 @@ TestFieldInfo *DictionaryFixture::field(QString const &format, QString const &me
     MessageInfo const *info = this->message(format, message);
     FieldInfo const *found = info ? info->getFieldInfo(name) : nullptr;
     for (TestFieldInfo *field : mFields) {
-        if (found && field == found)
+        if (field == found)
             return field;
     }
     return nullptr;
 }
 
-FormatInfo *DictionaryFixture::addFormat(QString const &name, QString const &description)
+FormatInfo *DictionaryFixture::addFormat(char const *name, char const *description)
 {
-    auto *format = new FormatInfo(name);
-    format->setDescriptiveText(description);
+    auto *format = new FormatInfo(QString::fromLatin1(name));
+    format->setDescriptiveText(QString::fromLatin1(description));
     mFormats.append(format);
     return format;
 }
 
-TestFieldInfo *DictionaryFixture::addField(QString const &name, FieldType const &type)
+DictionaryFixture::Field DictionaryFixture::addField(char const *name, FieldType const &type)
 {
-    auto *field = new TestFieldInfo(name, type);
+    auto *field = new TestFieldInfo(QString::fromLatin1(name), type);
     mFields.append(field);
-    return field;
+    return Field { field };
 }
 
-MessageInfo *DictionaryFixture::addMessage(FormatInfo *format, QString const &name,
-                                           QString const &description)
+MessageInfo *DictionaryFixture::addMessage(FormatInfo *format, char const *name,
+                                           char const *description)
 {
-    auto *message = new MessageInfo(name);
-    message->setDescriptiveText(description);
+    auto *message = new MessageInfo(QString::fromLatin1(name));
+    message->setDescriptiveText(QString::fromLatin1(description));
     message->setFormatInfo(format);
     mMessages.append(message);
     return message;
@@ -96,222 +126,161 @@ MessageInfo *DictionaryFixture::addMessage(FormatInfo *format, QString const &na
 
 void DictionaryFixture::buildVexa()
 {
-    FormatInfo *vexa = addFormat(QStringLiteral("VEXA"), QStringLiteral("Receiver block format"));
-
-    mBlockNumber = addField(QStringLiteral("BlockNumber"), FieldType::u(16));
+    FormatInfo *vexa = addFormat("VEXA", "Receiver block format");
+    mBlockNumber = addField("BlockNumber", FieldType::u(16));
     mBlockNumber->setShortDescriptiveText(QStringLiteral("Block number"));
-    TestFieldInfo *tow = addField(QStringLiteral("TOW"), FieldType::u(32));
+    TestFieldInfo *tow = addField("TOW", FieldType::u(32))
+                             .scale(0.001, 3)
+                             .unit("second")
+                             .doNotUse(FieldValue::u(4294967295u, 32));
     tow->setDescriptiveText(QStringLiteral("Time of week"));
-    tow->setScaleFactor(0.001);
-    tow->setPrecision(3);
-    tow->setUnit(QStringLiteral("second"));
-    tow->setDoNotUseValue(FieldValue::u(4294967295u, 32));
-    TestFieldInfo *wnc = addField(QStringLiteral("WNc"), FieldType::u(16));
+    TestFieldInfo *wnc
+        = addField("WNc", FieldType::u(16)).unit("week").doNotUse(FieldValue::u(65535, 16));
     wnc->setDescriptiveText(QStringLiteral("Week number"));
-    wnc->setUnit(QStringLiteral("week"));
-    wnc->setDoNotUseValue(u16(65535));
 
-    auto addVexaMessage = [&](QString const &name, unsigned number, QString const &description) {
+    auto addVexaMessage = [&](char const *name, unsigned number, char const *description) {
         MessageInfo *message = addMessage(vexa, name, description);
         message->addFieldInfo(mBlockNumber, 0);
         message->addFieldInfo(tow, 1);
         message->addFieldInfo(wnc, 2);
-        message->addDiscriminantValue(mBlockNumber, u16(number));
+        message->addDiscriminantValue(mBlockNumber, FieldValue::u(number, 16));
         vexa->addMessageInfo(message);
         return message;
     };
-    auto addModeField = [&](MessageInfo *message, int index) {
-        TestFieldInfo *mode = addField(QStringLiteral("Mode"), FieldType::u(8));
-        addPvtModes(mode);
-        message->addFieldInfo(mode, index);
-        return mode;
+    auto addPvtMode = [&](MessageInfo *message) {
+        addField("Mode", FieldType::u(8))
+            .symbols({ { 0, "No PVT" },
+                       { 1, "Stand-Alone PVT" },
+                       { 2, "Differential PVT" },
+                       { 4, "RTK with fixed ambiguities" },
+                       { 5, "RTK with float ambiguities" } })
+            .in(message, 3);
     };
-    auto addF64 = [&](MessageInfo *message, QString const &name, int index, QString const &unit,
+    auto addF64 = [&](MessageInfo *message, char const *name, int index, char const *unit,
                       signed char precision) {
-        TestFieldInfo *field = addField(name, FieldType::f64());
-        field->setUnit(unit);
-        field->setPrecision(precision);
-        field->setDoNotUseValue(FieldValue::f64(-2e10));
-        message->addFieldInfo(field, index);
-        return field;
+        addField(name, FieldType::f64())
+            .unit(unit)
+            .precision(precision)
+            .doNotUse(FieldValue::f64(-2e10))
+            .in(message, index);
     };
-    auto addF32 = [&](MessageInfo *message, QString const &name, int index) {
-        TestFieldInfo *field = addField(name, FieldType::f32());
-        field->setUnit(QStringLiteral("meterpersecond"));
-        field->setPrecision(3);
-        field->setDoNotUseValue(FieldValue::f32(-2e10f));
-        message->addFieldInfo(field, index);
-        return field;
+    auto addVelocity = [&](char const *name, unsigned number, char const *description,
+                           std::initializer_list<char const *> axes) {
+        MessageInfo *message = addVexaMessage(name, number, description);
+        addPvtMode(message);
+        int index = 4;
+        for (char const *axis : axes) {
+            addField(axis, FieldType::f32())
+                .unit("meterpersecond")
+                .precision(3)
+                .doNotUse(FieldValue::f32(-2e10f))
+                .in(message, index++);
+        }
     };
 
-    MessageInfo *posCart = addVexaMessage(QStringLiteral("PosCart"), 4006,
-                                          QStringLiteral("Position in Cartesian coordinates"));
-    addModeField(posCart, 3);
-    TestFieldInfo *error = addField(QStringLiteral("Error"), FieldType::u(8));
-    error->addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("No Error"));
-    error->addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("Not enough measurements"));
-    posCart->addFieldInfo(error, 4);
-    addF64(posCart, QStringLiteral("X"), 5, QStringLiteral("meter"), 3);
-    addF64(posCart, QStringLiteral("Y"), 6, QStringLiteral("meter"), 3);
-    addF64(posCart, QStringLiteral("Z"), 7, QStringLiteral("meter"), 3);
-    TestFieldInfo *nrSv = addField(QStringLiteral("NrSV"), FieldType::u(8));
-    nrSv->setDoNotUseValue(FieldValue::u(255, 8));
-    posCart->addFieldInfo(nrSv, 8);
-    TestFieldInfo *datum = addField(QStringLiteral("Datum"), FieldType::u(8));
-    datum->addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("WGS84"));
-    posCart->addFieldInfo(datum, 9);
+    MessageInfo *posCart = addVexaMessage("PosCart", 4006, "Position in Cartesian coordinates");
+    addPvtMode(posCart);
+    addField("Error", FieldType::u(8))
+        .symbols({ { 0, "No Error" }, { 1, "Not enough measurements" } })
+        .in(posCart, 4);
+    addF64(posCart, "X", 5, "meter", 3);
+    addF64(posCart, "Y", 6, "meter", 3);
+    addF64(posCart, "Z", 7, "meter", 3);
+    addField("NrSV", FieldType::u(8)).doNotUse(FieldValue::u(255, 8)).in(posCart, 8);
+    addField("Datum", FieldType::u(8)).symbols({ { 0, "WGS84" } }).in(posCart, 9);
 
-    MessageInfo *posGeod = addVexaMessage(QStringLiteral("PosGeod"), 4007,
-                                          QStringLiteral("Position in geodetic coordinates"));
-    addModeField(posGeod, 3);
-    addF64(posGeod, QStringLiteral("Latitude"), 4, QStringLiteral("radian"), 9);
-    addF64(posGeod, QStringLiteral("Longitude"), 5, QStringLiteral("radian"), 9);
-    addF64(posGeod, QStringLiteral("Height"), 6, QStringLiteral("meter"), 3);
+    MessageInfo *posGeod = addVexaMessage("PosGeod", 4007, "Position in geodetic coordinates");
+    addPvtMode(posGeod);
+    addF64(posGeod, "Latitude", 4, "radian", 9);
+    addF64(posGeod, "Longitude", 5, "radian", 9);
+    addF64(posGeod, "Height", 6, "meter", 3);
 
-    MessageInfo *velCart = addVexaMessage(QStringLiteral("VelCart"), 4008,
-                                          QStringLiteral("Velocity in Cartesian coordinates"));
-    addModeField(velCart, 3);
-    addF32(velCart, QStringLiteral("Vx"), 4);
-    addF32(velCart, QStringLiteral("Vy"), 5);
-    addF32(velCart, QStringLiteral("Vz"), 6);
+    addVelocity("VelCart", 4008, "Velocity in Cartesian coordinates", { "Vx", "Vy", "Vz" });
+    addVelocity("VelGeod", 4009, "Velocity in a local frame", { "Vn", "Ve", "Vu" });
 
-    MessageInfo *velGeod = addVexaMessage(QStringLiteral("VelGeod"), 4009,
-                                          QStringLiteral("Velocity in a local frame"));
-    addModeField(velGeod, 3);
-    addF32(velGeod, QStringLiteral("Vn"), 4);
-    addF32(velGeod, QStringLiteral("Ve"), 5);
-    addF32(velGeod, QStringLiteral("Vu"), 6);
-
-    MessageInfo *status = addVexaMessage(QStringLiteral("ReceiverStatus"), 4014,
-                                         QStringLiteral("Overall receiver status"));
-    TestFieldInfo *cpuLoad = addField(QStringLiteral("CPULoad"), FieldType::u(8));
-    cpuLoad->setUnit(QStringLiteral("percent"));
-    cpuLoad->setDoNotUseValue(FieldValue::u(255, 8));
-    status->addFieldInfo(cpuLoad, 3);
-    TestFieldInfo *upTime = addField(QStringLiteral("UpTime"), FieldType::u(32));
-    upTime->setUnit(QStringLiteral("second"));
-    status->addFieldInfo(upTime, 4);
-    TestFieldInfo *rxState = addField(QStringLiteral("RxState"), FieldType::u(32));
+    MessageInfo *status = addVexaMessage("ReceiverStatus", 4014, "Overall receiver status");
+    addField("CPULoad", FieldType::u(8))
+        .unit("percent")
+        .doNotUse(FieldValue::u(255, 8))
+        .in(status, 3);
+    addField("UpTime", FieldType::u(32)).unit("second").in(status, 4);
+    TestFieldInfo *rxState = addField("RxState", FieldType::u(32));
     rxState->setRepresentationMode(FieldValue::Hexadecimal);
-    rxState->addSubFieldInfo(addField(QStringLiteral("ActiveAntenna"), FieldType::u(1)));
-    rxState->addSubFieldInfo(addField(QStringLiteral("ExtFreq"), FieldType::u(1)));
+    rxState->addSubFieldInfo(addField("ActiveAntenna", FieldType::u(1)));
+    rxState->addSubFieldInfo(addField("ExtFreq", FieldType::u(1)));
     status->addFieldInfo(rxState, 5);
-    TestFieldInfo *temperature = addField(QStringLiteral("Temperature"), FieldType::i(8));
-    temperature->setUnit(QStringLiteral("celsius"));
-    temperature->setDoNotUseValue(FieldValue::i(-128, 8));
-    status->addFieldInfo(temperature, 6);
+    addField("Temperature", FieldType::i(8))
+        .unit("celsius")
+        .doNotUse(FieldValue::i(-128, 8))
+        .in(status, 6);
 
     // The channel type exists before the field that embeds it, which registers with it.
-    MessageInfo *channel = addMessage(vexa, QStringLiteral("MeasEpochChannel"),
-                                      QStringLiteral("Measurements of one channel"));
-    TestFieldInfo *svid = addField(QStringLiteral("SVID"), FieldType::u(8));
-    channel->addFieldInfo(svid, 0, true);
-    TestFieldInfo *doppler = addField(QStringLiteral("Doppler"), FieldType::i(32));
-    doppler->setScaleFactor(0.0001);
-    doppler->setUnit(QStringLiteral("hertz"));
-    channel->addFieldInfo(doppler, 1);
-    TestFieldInfo *cn0 = addField(QStringLiteral("CN0"), FieldType::u(8));
-    cn0->setScaleFactor(0.25);
-    cn0->setPrecision(2);
-    cn0->setUnit(QStringLiteral("decibelhertz"));
-    cn0->setDoNotUseValue(FieldValue::u(255, 8));
-    channel->addFieldInfo(cn0, 2);
-
-    MessageInfo *measEpoch = addVexaMessage(QStringLiteral("MeasEpoch"), 4027,
-                                            QStringLiteral("Measurement set of one epoch"));
-    measEpoch->addFieldInfo(addField(QStringLiteral("N"), FieldType::u(8)), 3);
-    TestFieldInfo *channels = addField(QStringLiteral("Channel"), FieldType::subMessage(channel));
-    channels->setIsRepeated(true);
-    measEpoch->addFieldInfo(channels, 4);
+    MessageInfo *channel = addMessage(vexa, "MeasEpochChannel", "Measurements of one channel");
+    addField("SVID", FieldType::u(8)).in(channel, 0, true);
+    addField("Doppler", FieldType::i(32)).scale(0.0001).unit("hertz").in(channel, 1);
+    addField("CN0", FieldType::u(8))
+        .scale(0.25, 2)
+        .unit("decibelhertz")
+        .doNotUse(FieldValue::u(255, 8))
+        .in(channel, 2);
+    MessageInfo *measEpoch = addVexaMessage("MeasEpoch", 4027, "Measurement set of one epoch");
+    addField("N", FieldType::u(8)).in(measEpoch, 3);
+    addField("Channel", FieldType::subMessage(channel)).repeated().in(measEpoch, 4);
     vexa->addSubMessageInfo(channel);
 
-    MessageInfo *diffCorrIn = addVexaMessage(QStringLiteral("DiffCorrIn"), 5919,
-                                             QStringLiteral("Incoming differential corrections"));
-    TestFieldInfo *mode = addField(QStringLiteral("Mode"), FieldType::u(8));
-    mode->addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("RTCMv2"));
-    mode->addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("CMRv2"));
-    mode->addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("RTCMv3"));
-    diffCorrIn->addFieldInfo(mode, 3);
-    TestFieldInfo *source = addField(QStringLiteral("Source"), FieldType::u(8));
-    source->addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("COM1"));
-    source->addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("COM2"));
-    diffCorrIn->addFieldInfo(source, 4);
-    TestFieldInfo *frame = addField(QStringLiteral("Frame"), FieldType::byte());
-    frame->setIsRepeated(true);
-    diffCorrIn->addFieldInfo(frame, 5);
+    MessageInfo *diffCorrIn
+        = addVexaMessage("DiffCorrIn", 5919, "Incoming differential corrections");
+    addField("Mode", FieldType::u(8))
+        .symbols({ { 0, "RTCMv2" }, { 1, "CMRv2" }, { 2, "RTCMv3" } })
+        .in(diffCorrIn, 3);
+    addField("Source", FieldType::u(8)).symbols({ { 0, "COM1" }, { 1, "COM2" } }).in(diffCorrIn, 4);
+    addField("Frame", FieldType::byte()).repeated().in(diffCorrIn, 5);
 
-    MessageInfo *setup = addVexaMessage(QStringLiteral("ReceiverSetup"), 5902,
-                                        QStringLiteral("General receiver information"));
+    MessageInfo *setup = addVexaMessage("ReceiverSetup", 5902, "General receiver information");
     setup->setIsMain(false);
-    TestFieldInfo *markerName = addField(QStringLiteral("MarkerName"), FieldType::ch());
-    markerName->setIsRepeated(true);
-    setup->addFieldInfo(markerName, 3);
-    TestFieldInfo *rxVersion = addField(QStringLiteral("RxVersion"), FieldType::ch());
-    rxVersion->setIsRepeated(true);
-    setup->addFieldInfo(rxVersion, 4);
+    addField("MarkerName", FieldType::ch()).repeated().in(setup, 3);
+    addField("RxVersion", FieldType::ch()).repeated().in(setup, 4);
 }
 
 void DictionaryFixture::buildRtcm3()
 {
-    FormatInfo *rtcm3 = addFormat(QStringLiteral("RTCM3"), QStringLiteral("RTCM version 3"));
-    TestFieldInfo *number = addField(QStringLiteral("MessageNumber"), FieldType::u(12));
-    TestFieldInfo *station = addField(QStringLiteral("StationID"), FieldType::u(12));
-    auto addRtcm3Message = [&](QString const &name, QString const &description) {
-        MessageInfo *message = addMessage(rtcm3, name, description);
-        message->addFieldInfo(number, 0);
-        message->addFieldInfo(station, 1, true);
-        rtcm3->addMessageInfo(message);
-        return message;
-    };
-    auto u12 = [](unsigned value) { return FieldValue::u(value, 12); };
+    FormatInfo *rtcm3 = addFormat("RTCM3", "RTCM version 3");
+    TestFieldInfo *number = addField("MessageNumber", FieldType::u(12));
+    TestFieldInfo *station = addField("StationID", FieldType::u(12));
+    auto addRtcm3Message
+        = [&](char const *name, char const *description, std::initializer_list<unsigned> numbers) {
+              MessageInfo *message = addMessage(rtcm3, name, description);
+              message->addFieldInfo(number, 0);
+              message->addFieldInfo(station, 1, true);
+              rtcm3->addMessageInfo(message);
+              for (unsigned value : numbers)
+                  message->addDiscriminantValue(number, FieldValue::u(value, 12));
+              return message;
+          };
 
-    MessageInfo *type1004 = addRtcm3Message(QStringLiteral("Type1004"),
-                                            QStringLiteral("Extended L1&L2 GPS RTK observables"));
-    type1004->addDiscriminantValue(number, u12(1004));
-    TestFieldInfo *epoch = addField(QStringLiteral("GPSEpochTime"), FieldType::u(30));
-    epoch->setScaleFactor(0.001);
-    epoch->setUnit(QStringLiteral("second"));
-    type1004->addFieldInfo(epoch, 2);
-
-    MessageInfo *type1005 = addRtcm3Message(QStringLiteral("Type1005"),
-                                            QStringLiteral("Stationary RTK reference station ARP"));
-    type1005->addDiscriminantValue(number, u12(1005));
+    MessageInfo *type1004
+        = addRtcm3Message("Type1004", "Extended L1&L2 GPS RTK observables", { 1004 });
+    addField("GPSEpochTime", FieldType::u(30)).scale(0.001).unit("second").in(type1004, 2);
+    MessageInfo *type1005
+        = addRtcm3Message("Type1005", "Stationary RTK reference station ARP", { 1005 });
     int index = 2;
-    for (QString const &axis :
-         { QStringLiteral("ECEFX"), QStringLiteral("ECEFY"), QStringLiteral("ECEFZ") }) {
-        TestFieldInfo *coordinate = addField(axis, FieldType::i(38));
-        coordinate->setScaleFactor(0.0001);
-        coordinate->setPrecision(4);
-        coordinate->setUnit(QStringLiteral("meter"));
-        type1005->addFieldInfo(coordinate, index++);
-    }
-
-    MessageInfo *type1033 = addRtcm3Message(QStringLiteral("Type1033"),
-                                            QStringLiteral("Receiver and antenna descriptors"));
-    type1033->addDiscriminantValue(number, u12(1033));
-    TestFieldInfo *antenna = addField(QStringLiteral("AntennaDescriptor"), FieldType::ch());
-    antenna->setIsRepeated(true);
-    type1033->addFieldInfo(antenna, 2);
-
-    MessageInfo *msm7
-        = addRtcm3Message(QStringLiteral("MSM7"), QStringLiteral("Multiple signal message, full"));
-    for (unsigned value : { 1077u, 1087u, 1097u, 1127u })
-        msm7->addDiscriminantValue(number, u12(value));
-
-    MessageInfo *proprietary
-        = addRtcm3Message(QStringLiteral("Proprietary"), QStringLiteral("Vendor messages"));
-    proprietary->addDiscriminantValueRange(number, u12(4001), u12(4095));
+    for (char const *axis : { "ECEFX", "ECEFY", "ECEFZ" })
+        addField(axis, FieldType::i(38)).scale(0.0001, 4).unit("meter").in(type1005, index++);
+    MessageInfo *type1033
+        = addRtcm3Message("Type1033", "Receiver and antenna descriptors", { 1033 });
+    addField("AntennaDescriptor", FieldType::ch()).repeated().in(type1033, 2);
+    addRtcm3Message("MSM7", "Multiple signal message, full", { 1077, 1087, 1097, 1127 });
+    addRtcm3Message("Proprietary", "Vendor messages", {})
+        ->addDiscriminantValueRange(number, FieldValue::u(4001, 12), FieldValue::u(4095, 12));
 }
 
 void DictionaryFixture::buildRtcm2()
 {
-    FormatInfo *rtcm2 = addFormat(QStringLiteral("RTCM2"), QStringLiteral("RTCM version 2"));
-    TestFieldInfo *type = addField(QStringLiteral("MessageType"), FieldType::u(6));
-    TestFieldInfo *station = addField(QStringLiteral("StationID"), FieldType::u(10));
-    TestFieldInfo *zCount = addField(QStringLiteral("ModifiedZCount"), FieldType::u(13));
-    zCount->setScaleFactor(0.6);
-    zCount->setPrecision(1);
-    zCount->setUnit(QStringLiteral("second"));
+    FormatInfo *rtcm2 = addFormat("RTCM2", "RTCM version 2");
+    TestFieldInfo *type = addField("MessageType", FieldType::u(6));
+    TestFieldInfo *station = addField("StationID", FieldType::u(10));
+    TestFieldInfo *zCount
+        = addField("ModifiedZCount", FieldType::u(13)).scale(0.6, 1).unit("second");
     struct
     {
         char const *name;
@@ -321,8 +290,7 @@ void DictionaryFixture::buildRtcm2()
                        { "Type3", 3, "GPS reference station parameters" },
                        { "Type18", 18, "RTK uncorrected carrier phases" } };
     for (auto const &row : rows) {
-        MessageInfo *message = addMessage(rtcm2, QString::fromLatin1(row.name),
-                                          QString::fromLatin1(row.description));
+        MessageInfo *message = addMessage(rtcm2, row.name, row.description);
         message->addFieldInfo(type, 0);
         message->addFieldInfo(station, 1, true);
         message->addFieldInfo(zCount, 2);
@@ -333,21 +301,15 @@ void DictionaryFixture::buildRtcm2()
 
 void DictionaryFixture::buildCmr()
 {
-    FormatInfo *cmr
-        = addFormat(QStringLiteral("CMR"), QStringLiteral("Compact measurement record"));
-    TestFieldInfo *type = addField(QStringLiteral("Type"), FieldType::u(3));
-    struct
-    {
-        char const *name;
-        unsigned number;
-    } const rows[] = { { "CMRObs", 0 }, { "CMRRef", 1 }, { "CMRDesc", 2 } };
-    for (auto const &row : rows) {
-        MessageInfo *message = addMessage(cmr, QString::fromLatin1(row.name), QString());
+    FormatInfo *cmr = addFormat("CMR", "Compact measurement record");
+    TestFieldInfo *type = addField("Type", FieldType::u(3));
+    MessageInfo *message = nullptr;
+    unsigned number = 0;
+    for (char const *name : { "CMRObs", "CMRRef", "CMRDesc" }) {
+        message = addMessage(cmr, name, nullptr);
         message->addFieldInfo(type, 0);
-        message->addDiscriminantValue(type, FieldValue::u(row.number, 3));
+        message->addDiscriminantValue(type, FieldValue::u(number++, 3));
         cmr->addMessageInfo(message);
     }
-    TestFieldInfo *shortId = addField(QStringLiteral("ShortID"), FieldType::ch());
-    shortId->setIsRepeated(true);
-    message(QStringLiteral("CMR"), QStringLiteral("CMRDesc"))->addFieldInfo(shortId, 1);
+    addField("ShortID", FieldType::ch()).repeated().in(message, 1); // in CMRDesc
 }

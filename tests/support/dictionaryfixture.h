@@ -104,9 +104,11 @@ private:
         return message(QStringLiteral("VEXA"), name);
     }
 
-    FormatInfo *addFormat(QString const &name, QString const &description);
-    TestFieldInfo *addField(QString const &name, FieldType const &type);
-    MessageInfo *addMessage(FormatInfo *format, QString const &name, QString const &description);
+    struct Field; // sets up one new field in a chain of calls
+
+    FormatInfo *addFormat(char const *name, char const *description);
+    Field addField(char const *name, FieldType const &type);
+    MessageInfo *addMessage(FormatInfo *format, char const *name, char const *description);
 
     void buildVexa();
     void buildRtcm3();

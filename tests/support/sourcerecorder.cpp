@@ -4,15 +4,12 @@
 SourceRecorder::SourceRecorder(MessageSource *source)
     : QObject(source)
 {
-    connect(source, &MessageSource::newMessageEarly, this, [this](Message const *m) {
-        records.append({ QStringLiteral("early"), m, {} });
-    });
-    connect(source, &MessageSource::newMessage, this, [this](Message const *m) {
-        records.append({ QStringLiteral("normal"), m, {} });
-    });
-    connect(source, &MessageSource::newMessageLate, this, [this](Message const *m) {
-        records.append({ QStringLiteral("late"), m, {} });
-    });
+    const auto phase = [this](char const *name) {
+        return [this, name](Message const *m) { records.append({ QLatin1String(name), m, {} }); };
+    };
+    connect(source, &MessageSource::newMessageEarly, this, phase("early"));
+    connect(source, &MessageSource::newMessage, this, phase("normal"));
+    connect(source, &MessageSource::newMessageLate, this, phase("late"));
     connect(source, &MessageSource::newUnknownMessage, this,
             [this](FormatInfo const *f, QString type) {
                 records.append({ QStringLiteral("unknown"), f, type });
