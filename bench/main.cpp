@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-// Runs every benchmark (three repetitions, medians) and prints the goal table: per goal the
-// subject's and the reference's median CPU time, their ratio and whether the goal is met, then
-// the figures that benchmarks report as counters.
+// Runs every benchmark (three repetitions in random order, medians) and prints the goal table: per
+// goal the subject's and the reference's median CPU time, their ratio and whether the goal is met,
+// then the figures that benchmarks report as counters.
 #include "benchgoals.h"
 
 #include <benchmark/benchmark.h>
@@ -143,10 +143,15 @@ int main(int argc, char **argv)
     std::vector<char *> arguments(argv, argv + argc);
     char repetitions[] = "--benchmark_repetitions=3";
     char aggregatesOnly[] = "--benchmark_report_aggregates_only=true";
+    // The repetitions of all benchmarks run in random order, so that a subject and its
+    // reference share the machine's busy and quiet spells instead of one getting a quiet one.
+    char interleaving[] = "--benchmark_enable_random_interleaving=true";
     if (!hasOption(argc, argv, "--benchmark_repetitions"))
         arguments.push_back(repetitions);
     if (!hasOption(argc, argv, "--benchmark_report_aggregates_only"))
         arguments.push_back(aggregatesOnly);
+    if (!hasOption(argc, argv, "--benchmark_enable_random_interleaving"))
+        arguments.push_back(interleaving);
     int count = int(arguments.size());
     benchmark::Initialize(&count, arguments.data());
 

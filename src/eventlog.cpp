@@ -58,7 +58,8 @@ void EventLog::processEvent(MessageApiEvent event)
     if (count == getMaxRepeat())
         event.addNotificationOfFutureDiscarding();
 
-    MessageApiCompat::emplaceBack(mEntries, getTime(), event);
+    // The event is this call's own copy: it moves into the entry.
+    MessageApiCompat::emplaceBack(mEntries, getTime(), std::move(event));
     // The signal's argument is a copy made before any listener runs, so a listener that
     // clears the log does not pull the entry from under the others.
     Q_EMIT newEntry(mEntries.constLast());

@@ -38,11 +38,13 @@ public:
     struct Entry
     {
         Entry() = default;
-        // The event by reference: it has no move constructor, so a by-value parameter would
-        // cost a second copy.
         Entry(QDateTime time, MessageApiEvent const &event)
             : time(std::move(time))
             , event(event)
+        { }
+        Entry(QDateTime time, MessageApiEvent &&event)
+            : time(std::move(time))
+            , event(std::move(event))
         { }
 
         QDateTime time;

@@ -7,8 +7,7 @@ MSGAPI_SOURCE_FILE("MESSAGEAPIEVENT", "src/messageapievent")
 
 MessageApiEvent::MessageApiEvent()
     : MessageApiEvent(ConnectionOpened, QString(), nullptr)
-{
-}
+{ }
 
 MessageApiEvent::MessageApiEvent(Type type, QString message, FormatInfo const *format)
     : mType(type)
@@ -21,6 +20,14 @@ MessageApiEvent::MessageApiEvent(Type type, QString message, FormatInfo const *f
 MessageApiEvent::MessageApiEvent(MessageApiEvent const &other)
     : mType(other.mType)
     , mMessage(other.mMessage)
+    , mFormat(other.mFormat)
+{
+    MessageApiTracing::allocated(QStringLiteral("MessageApiEvent"));
+}
+
+MessageApiEvent::MessageApiEvent(MessageApiEvent &&other)
+    : mType(other.mType)
+    , mMessage(std::move(other.mMessage))
     , mFormat(other.mFormat)
 {
     MessageApiTracing::allocated(QStringLiteral("MessageApiEvent"));

@@ -39,6 +39,9 @@ public:
     MessageApiEvent();
     MessageApiEvent(Type type, QString message, FormatInfo const *format);
     MessageApiEvent(MessageApiEvent const &other);
+    /// Takes the text over instead of sharing it, and reports like every constructor. The
+    /// moved-from event keeps its type and format; its text is left empty.
+    MessageApiEvent(MessageApiEvent &&other);
     ~MessageApiEvent();
     MessageApiEvent &operator=(MessageApiEvent const &other) = default;
 

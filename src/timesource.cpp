@@ -24,15 +24,21 @@ TimeSource::~TimeSource()
 
 QDateTime TimeSource::getTime()
 {
-    QDateTime time;
-    time.setTimeSpec(Qt::UTC);
     const unsigned long long millis = getMillis();
-    if (millis == 0)
-        return time;
-
     // The fraction is deliberately not applied: the times shown to users are whole seconds,
     // and every display of this clock relies on that.
-    time.setSecsSinceEpoch(qint64(millis / msPerS) + gpsEpochOffsetS);
+    const unsigned long long seconds = millis / msPerS;
+    if (millis != 0 && mHasLastTime && seconds == mLastTimeSeconds)
+        return mLastTime;
+
+    QDateTime time;
+    time.setTimeSpec(Qt::UTC);
+    if (millis == 0)
+        return time;
+    time.setSecsSinceEpoch(qint64(seconds) + gpsEpochOffsetS);
+    mLastTime = time;
+    mLastTimeSeconds = seconds;
+    mHasLastTime = true;
     return time;
 }
 

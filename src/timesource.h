@@ -25,7 +25,8 @@ public:
     ~TimeSource() override;
 
     /// The time as a UTC date-time in whole seconds (the milliseconds are dropped); a null
-    /// date-time when no valid time is known.
+    /// date-time when no valid time is known. Keeps the last date-time it built, so call it on
+    /// the thread of the time source, like its other operations.
     virtual QDateTime getTime();
     virtual bool hasValidMillis();
     virtual unsigned long long getMillis();
@@ -38,6 +39,11 @@ private:
     Q_DISABLE_COPY(TimeSource)
 
     unsigned long long mMillis = 0;
+    /// The date-time of the second mLastTimeSeconds (valid when mHasLastTime): events come in
+    /// bursts, and building a date-time costs more than the rest of logging one.
+    QDateTime mLastTime;
+    unsigned long long mLastTimeSeconds = 0;
+    bool mHasLastTime = false;
 };
 
 #endif // MESSAGEAPI_TIMESOURCE_H

@@ -13,6 +13,8 @@ class tst_EventLog : public QObject
 
 private Q_SLOTS:
     void hundredthIsMarkedAndLaterOnesDropped();
+    void everyTextIsLimitedOnItsOwn_data();
+    void everyTextIsLimitedOnItsOwn();
     void stamping();
 };
 
@@ -61,6 +63,43 @@ void tst_EventLog::hundredthIsMarkedAndLaterOnesDropped()
     QCOMPARE(entries.count(), 102);
     QCOMPARE(textOf(entries.last()), gCrcText);
     QCOMPARE(log->getEntries().size(), 1);
+}
+
+void tst_EventLog::everyTextIsLimitedOnItsOwn_data()
+{
+    // Steps: a letter stands for the text "<letter> CRC error", "_" for an empty text, and
+    // "*n" repeats the step n times.
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<bool>("freshTexts"); // each event's text built anew, not shared
+    QTest::addColumn<int>("logged");
+
+    QTest::newRow("two storms, then alternating") << "A*101 B*101 A B A B" << false << 200;
+    QTest::newRow("two storms, texts built anew") << "A*101 B*101 A B A B" << true << 200;
+    QTest::newRow("a new text after a storm") << "A*150 B A*2 B" << false << 102;
+    QTest::newRow("a storm between repeats of another") << "B*50 A*120 B*50 A B" << false << 200;
+    QTest::newRow("an empty text first") << "_ A*101 _" << false << 102;
+    QTest::newRow("a storm of empty texts") << "_*105 A" << true << 101;
+}
+
+void tst_EventLog::everyTextIsLimitedOnItsOwn()
+{
+    QFETCH(QString, steps);
+    QFETCH(bool, freshTexts);
+    QFETCH(int, logged);
+
+    MessageSource source(QStringLiteral("S"), nullptr);
+    EventLog log(&source, nullptr);
+    QSignalSpy entries(&log, &EventLog::newEntry);
+    for (QString const &step : steps.split(QLatin1Char(' '))) {
+        const QString text = step.at(0) == QLatin1Char('_')
+            ? QString()
+            : step.at(0) + QStringLiteral(" CRC error");
+        const int times = step.size() > 1 ? step.mid(2).toInt() : 1;
+        for (int i = 0; i < times; ++i)
+            report(source, freshTexts ? QString(text.constData(), text.size()) : text);
+    }
+    QCOMPARE(log.getEntries().size(), logged);
+    QCOMPARE(entries.count(), logged);
 }
 
 void tst_EventLog::stamping()

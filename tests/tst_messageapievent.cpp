@@ -59,6 +59,22 @@ private Q_SLOTS:
                  QStringLiteral("+MessageApiEvent +MessageApiEvent -MessageApiEvent "
                                 "-MessageApiEvent"));
     }
+
+    void moveTakesTheTextAndReports()
+    {
+        auto const *format = reinterpret_cast<FormatInfo const *>(0x1234);
+        TracerRecorder recorder;
+        {
+            MessageApiEvent event(MessageApiEvent::DecoderError, QStringLiteral("abc"), format);
+            const MessageApiEvent moved(std::move(event));
+            QCOMPARE(moved.getType(), MessageApiEvent::DecoderError);
+            QCOMPARE(moved.getMessage(), QStringLiteral("abc"));
+            QCOMPARE(moved.getFormat(), format);
+        }
+        QCOMPARE(recorder.events().join(QLatin1Char(' ')),
+                 QStringLiteral("+MessageApiEvent +MessageApiEvent -MessageApiEvent "
+                                "-MessageApiEvent"));
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_MessageApiEvent)

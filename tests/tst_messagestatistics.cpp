@@ -46,6 +46,7 @@ private Q_SLOTS:
     {
         mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
         mStatistics = mCoordinator->getMessageStatistics(&mInfo);
+        mHandedOut.clear();
     }
 
     void acceptsOnlyItsOwnMessages_data();
@@ -62,13 +63,16 @@ private:
     /**
      * Sends the space-separated steps through the coordinator: "1000" a message at 1000 ms, "0"
      * one while the time is unknown, "o1000" a message of another type, "close:4000" an epoch
-     * closed at 4000 ms, "on" and "off" gap detection switched, "rate" for "on 1000 2000 3000".
+     * closed at 4000 ms, "on" and "off" gap detection switched, "rate" for "on 1000 2000 3000",
+     * "copy" the histogram handed out into mHandedOut.
      */
     void run(QString const &steps)
     {
         for (QString const &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             if (step == QLatin1String("rate")) {
                 run(QStringLiteral("on 1000 2000 3000"));
+            } else if (step == QLatin1String("copy")) {
+                mHandedOut = mStatistics->getIntervalCountHash();
             } else if (step == QLatin1String("on") || step == QLatin1String("off")) {
                 mStatistics->setGapDetectionEnabled(step == QLatin1String("on"));
             } else if (step.startsWith(QLatin1String("close:"))) {
@@ -89,6 +93,7 @@ private:
     MessageSource mSource { QStringLiteral("receiver"), nullptr };
     std::unique_ptr<MessageStatisticsCoordinator> mCoordinator;
     MessageStatistics *mStatistics = nullptr;
+    QHash<long long, unsigned int> mHandedOut;
 };
 
 void tst_MessageStatistics::acceptsOnlyItsOwnMessages_data()
@@ -171,6 +176,13 @@ void tst_MessageStatistics::sequences_data()
     row("low 32 bits repeat", "1 4294967302 4294967307", "3 1 0 | 5=1 4294967301=1 | 5x2");
     row("negative as unsigned 32 bits", "8589934592 8589934591 12884901886",
         "3 1 0 | -1=1 4294967295=1 | 4294967295x2");
+    row("counting goes on past a copy", "1000 2000 copy 3000 4000", "4 0 0 | 1000=4 | 1000x3");
+
+    // A histogram handed out keeps the counts it had, whatever comes after.
+    aspect = QStringLiteral("handed out");
+    row("the same interval again", "1000 2000 3000 copy 4000", "1000=3");
+    row("a new interval, then the old one", "1000 2000 3000 copy 4500 5500 6500", "1000=3");
+    row("an interval filled in", "1000 2000 copy 3000", "1000=1");
 
     aspect = QStringLiteral("gaps");
     row("two missing epochs", "rate 6000", "1 2 | 4000:2:1000");
@@ -247,6 +259,11 @@ void tst_MessageStatistics::sequences()
             actual << n(gap.startMillis) + QLatin1Char(':') + n(gap.missingEpochs)
                     + QLatin1Char(':') + n(gap.intervalMillis);
         QVERIFY(!s.hasUnstoredGaps());
+    } else if (aspect == QLatin1String("handed out")) {
+        QList<long long> intervals = mHandedOut.keys();
+        std::sort(intervals.begin(), intervals.end());
+        for (long long interval : intervals)
+            actual << n(interval) + QLatin1Char('=') + n(mHandedOut.value(interval));
     } else if (aspect == QLatin1String("regular")) {
         actual << (s.isCurrentlyRegular() ? QStringLiteral("yes") : QStringLiteral("no"));
     } else {

@@ -16,6 +16,22 @@ class tst_Platform : public QObject
 public:
     static void runChildScenario(QString const &scenario)
     {
+        if (scenario == QLatin1String("report after the tracer")) {
+            // Built before the tracer, so destroyed after it at exit; it reports as the
+            // library's objects do.
+            struct LateReporter
+            {
+                ~LateReporter()
+                {
+                    if (MemLeakTracer::mayCount())
+                        MemLeakTracer::getInstance()->doDeallocateObject(QStringLiteral("Late"));
+                }
+            };
+            static LateReporter late;
+            MemLeakTracer::getInstance()->setEnabled(true);
+            MemLeakTracer::getInstance()->doAllocateObject(QStringLiteral("Late"));
+            std::exit(0);
+        }
         MemLeakTracer *tracer = MemLeakTracer::getInstance();
         if (scenario == QLatin1String("leak")) {
             tracer->setEnabled(true);
@@ -49,6 +65,70 @@ private Q_SLOTS:
         QVERIFY(tracer->isEnabled());
         QCOMPARE(tracer->getLiveCount(thing), 0);
         tracer->setEnabled(false);
+    }
+
+    void countsByNameWhateverTheString()
+    {
+        // One class named by a literal, by a string built at run time and by raw characters in
+        // two places, all of which the tracer must count together; reset() forgets them all.
+        static const QString twice = QStringLiteral("ThingThing");
+        const QStringList names { QStringLiteral("Thing"), QString(QLatin1String("Thing")),
+                                  QString::fromRawData(twice.constData(), 5),
+                                  QString::fromRawData(twice.constData() + 5, 5) };
+        MemLeakTracer *tracer = MemLeakTracer::getInstance();
+        for (int round = 0; round < 2; ++round) {
+            tracer->reset();
+            tracer->setEnabled(true);
+            QVERIFY(MemLeakTracer::mayCount());
+            for (QString const &name : names) {
+                tracer->doAllocateObject(name);
+                tracer->doAllocateObject(name);
+                tracer->doDeallocateObject(name);
+            }
+            tracer->setEnabled(false);
+            QVERIFY(!MemLeakTracer::mayCount());
+            QCOMPARE(tracer->getAllocationCount(names.at(1)), 8u);
+            QCOMPARE(tracer->getLiveCount(names.at(0)), 4);
+        }
+        tracer->reset();
+    }
+
+    void manyNamesKeepTheirOwnCounts()
+    {
+        // More names than the tracer keeps by address, sharing its slots and their first
+        // characters: "a", "ab", "abc", "b", ... each counted (index % 3 + 1) times.
+        static const QString letters = QStringLiteral("abcdefghijklmnopqrstuvwxyz0123456789");
+        QStringList names;
+        for (int start = 0; start + 3 <= letters.size(); ++start) {
+            for (int length = 1; length <= 3; ++length)
+                names.append(QString::fromRawData(letters.constData() + start, length));
+        }
+        MemLeakTracer *tracer = MemLeakTracer::getInstance();
+        tracer->reset();
+        tracer->setEnabled(true);
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < names.size(); ++i) {
+                if (i % 3 >= round)
+                    tracer->doAllocateObject(names.at(i));
+            }
+        }
+        tracer->setEnabled(false);
+        for (int i = 0; i < names.size(); ++i) {
+            const QString built(names.at(i).constData(), names.at(i).size());
+            QCOMPARE(tracer->getAllocationCount(built), quint64(i % 3 + 1));
+        }
+        tracer->reset();
+    }
+
+    void reportsAfterTheTracerAreDropped()
+    {
+        const ChildProcess::Result result
+            = ChildProcess::run(QStringLiteral("report after the tracer"));
+        QVERIFY2(result.finished && !result.crashed && result.exitCode == 0,
+                 qPrintable(result.standardError));
+        QVERIFY2(result.errorLines().contains(
+                     QStringLiteral("MemLeakTracer: 1 live object(s) of class Late at exit")),
+                 qPrintable(result.standardError));
     }
 
     void assertHandlerIsReplacedAndRestored()

@@ -13,6 +13,7 @@ class tst_TimeSource : public QObject
 private Q_SLOTS:
     void getTime_data();
     void getTime();
+    void getTimeFollowsEveryChange();
     void millisToString();
 };
 
@@ -62,6 +63,20 @@ void tst_TimeSource::getTime()
     QCOMPARE(time.timeSpec(), Qt::UTC);
     QCOMPARE(clock.hasValidMillis(), millis != 0);
     QCOMPARE(clock.getMillis(), millis);
+}
+
+void tst_TimeSource::getTimeFollowsEveryChange()
+{
+    // Within a second, on to the next, back to an earlier one, through no time and back.
+    const QList<unsigned long long> steps { 1, 999, 1000, 1999, 2000, 5000, 1000, 0, 1500, 0 };
+    const QList<int> seconds { 0, 0, 1, 1, 2, 5, 1, -1, 1, -1 }; // -1: no time
+    TimeSource clock;
+    for (int i = 0; i < steps.size(); ++i) {
+        clock.setMillis(steps.at(i));
+        const QDateTime time = clock.getTime();
+        QCOMPARE(time.timeSpec(), Qt::UTC);
+        QCOMPARE(time, seconds.at(i) < 0 ? QDateTime() : utc(1980, 1, 6, 0, 0, seconds.at(i)));
+    }
 }
 
 void tst_TimeSource::millisToString()
