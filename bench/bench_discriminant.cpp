@@ -3,6 +3,7 @@
 // values and with ranges, against the plain scan of every message type and range.
 #include "benchfieldinfo.h"
 #include "benchgoals.h"
+#include "literalreference.h"
 
 #include "fieldvalue.h"
 #include "formatinfo.h"
@@ -51,33 +52,6 @@ private:
     BenchFieldInfo mBlockNumber;
     std::vector<std::unique_ptr<MessageInfo>> mMessages;
 };
-
-// The lookup as it literally reads: every message type with as many discriminants as values,
-// every position, every range.
-QVector<MessageInfo const *> scanForDiscriminant(FormatInfo const &format,
-                                                 QVector<FieldValue> const &values)
-{
-    QVector<MessageInfo const *> result;
-    QVector<MessageInfo const *> const messages = format.getMessageInfos();
-    for (MessageInfo const *message : messages) {
-        QVector<MessageInfo::Discriminant> const &discriminants = message->getDiscriminants();
-        if (discriminants.isEmpty() || discriminants.size() != values.size())
-            continue;
-        bool accepted = false;
-        for (int position = 0; position < values.size() && !accepted; ++position) {
-            for (MessageInfo::DiscriminantValueRange const &range :
-                 discriminants.at(position).ranges) {
-                if (range.low <= values.at(position) && values.at(position) <= range.high) {
-                    accepted = true;
-                    break;
-                }
-            }
-        }
-        if (accepted)
-            result.append(message);
-    }
-    return result;
-}
 
 bool sameAsScan(FormatInfo const &format)
 {

@@ -3,8 +3,8 @@
 // against the same walk matching every name with freshly built wildcard regular expressions.
 #include "benchfieldinfo.h"
 #include "benchgoals.h"
+#include "literalreference.h"
 
-#include "auxiliary/qtcompat.h"
 #include "fieldinfo.h"
 #include "formatinfo.h"
 #include "messageinfo.h"
@@ -118,19 +118,6 @@ private:
     std::vector<std::unique_ptr<MessageInfo>> mMessages;
     std::vector<std::unique_ptr<BenchFieldInfo>> mFields;
 };
-
-// The matching rules as they literally read: every alternative of the pattern, with ":" read
-// as "*", becomes a case-insensitive wildcard regular expression for every name.
-bool literalMatchesName(QString const &name, QString const &pattern)
-{
-    QStringList const alternatives = pattern.split(QLatin1Char('|'));
-    for (QString alternative : alternatives) {
-        alternative.replace(QLatin1Char(':'), QLatin1Char('*'));
-        if (QRegExp(alternative, Qt::CaseInsensitive, QRegExp::Wildcard).exactMatch(name))
-            return true;
-    }
-    return false;
-}
 
 struct WalkCounts
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "fieldinfo.h"
 #include "formatinfo.h"
+#include "literalreference.h"
 #include "messageapievent.h"
 #include "messageinfo.h"
 #include "testfieldinfo.h"
@@ -23,33 +24,14 @@ QStringList namesOf(QVector<MessageInfo const *> const &infos)
     return names;
 }
 
-// The lookup as it literally reads: every message type with as many discriminants as values,
-// every position, every range; the text of an exception when one is thrown.
+// The plain scan's names, or the text of the exception it throws.
 QStringList scanNames(FormatInfo const &format, QVector<FieldValue> const &values)
 {
-    QStringList names;
     try {
-        for (MessageInfo const *message : format.getMessageInfos()) {
-            QVector<MessageInfo::Discriminant> const &discriminants = message->getDiscriminants();
-            if (discriminants.isEmpty() || discriminants.size() != values.size())
-                continue;
-            bool accepted = false;
-            for (int p = 0; p < values.size() && !accepted; ++p) {
-                for (MessageInfo::DiscriminantValueRange const &range :
-                     discriminants.at(p).ranges) {
-                    if (range.low <= values.at(p) && values.at(p) <= range.high) {
-                        accepted = true;
-                        break;
-                    }
-                }
-            }
-            if (accepted)
-                names.append(message->getName());
-        }
+        return namesOf(scanForDiscriminant(format, values));
     } catch (MessageApiEvent const &event) {
         return { QStringLiteral("thrown: ") + event.getMessage() };
     }
-    return names;
 }
 
 QStringList lookupNames(FormatInfo const &format, QVector<FieldValue> const &values)

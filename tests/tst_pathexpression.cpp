@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "assertcapture.h"
-#include "auxiliary/qtcompat.h"
 #include "dictionaryfixture.h"
 #include "fieldinfo.h"
 #include "formatinfo.h"
+#include "literalreference.h"
 #include "messageapievent.h"
 #include "messageinfo.h"
 #include "messageinfoset.h"
@@ -44,19 +44,6 @@ void recordSignals(PathExpression *e, QStringList *log)
                      [log] { log->append(QStringLiteral("matches")); });
 }
 
-// The matching rules as they literally read: one case-insensitive wildcard QRegExp per
-// alternative, with ":" read as "*".
-bool literalMatch(QString const &name, QString const &pattern)
-{
-    QStringList const alternatives = pattern.split(QLatin1Char('|'));
-    for (QString alternative : alternatives) {
-        alternative.replace(QLatin1Char(':'), QLatin1Char('*'));
-        if (QRegExp(alternative, Qt::CaseInsensitive, QRegExp::Wildcard).exactMatch(name))
-            return true;
-    }
-    return false;
-}
-
 struct Tuples
 {
     QVector<FormatInfo const *> formats;
@@ -64,7 +51,8 @@ struct Tuples
     QVector<FieldInfo const *> fields;
 };
 
-// The registry walk as it literally reads, with literalMatch() and repeats searched from the end.
+// The registry walk as it literally reads, with literalMatchesName() and repeats searched
+// from the end.
 Tuples literalWalk(PathExpression const &expression, bool unique)
 {
     Tuples tuples;
@@ -73,16 +61,16 @@ Tuples literalWalk(PathExpression const &expression, bool unique)
             vector.append(item);
     };
     for (FormatInfo const *format : FormatInfo::getFormatInfos()) {
-        if (!literalMatch(format->getName(), expression.getFormatPart()))
+        if (!literalMatchesName(format->getName(), expression.getFormatPart()))
             continue;
         QVector<MessageInfo const *> const messages = expression.getConsiderSubMessages()
             ? format->getMessageInfosIncludingSubMessages()
             : format->getMessageInfos();
         for (MessageInfo const *message : messages) {
-            if (!literalMatch(message->getName(), expression.getMessagePart()))
+            if (!literalMatchesName(message->getName(), expression.getMessagePart()))
                 continue;
             for (FieldInfo const *field : message->getFieldInfos()) {
-                if (!literalMatch(field->getName(), expression.getFieldPart()))
+                if (!literalMatchesName(field->getName(), expression.getFieldPart()))
                     continue;
                 append(tuples.formats, format);
                 append(tuples.messages, message);
@@ -286,7 +274,7 @@ void tst_PathExpression::matchesNameAsWildcardRegExp()
 
     PathExpression const expression;
     for (QString const &name : names) {
-        bool const expected = literalMatch(name, pattern);
+        bool const expected = literalMatchesName(name, pattern);
         QVERIFY2(expression.matchesName(name, pattern) == expected,
                  qPrintable(QStringLiteral("name \"%1\" should %2match")
                                 .arg(name, expected ? QString() : QStringLiteral("not "))));
@@ -311,7 +299,7 @@ void tst_PathExpression::matchesNameAsWildcardRegExpOnRandomText()
         QString const pattern = text(patternAlphabet, 6);
         for (int n = 0; n < 5; ++n) {
             QString const name = text(nameAlphabet, 5);
-            QVERIFY2(expression.matchesName(name, pattern) == literalMatch(name, pattern),
+            QVERIFY2(expression.matchesName(name, pattern) == literalMatchesName(name, pattern),
                      qPrintable(QStringLiteral("pattern \"%1\", name \"%2\"").arg(pattern, name)));
         }
     }
