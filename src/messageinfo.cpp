@@ -88,12 +88,15 @@ void MessageInfo::removeFieldInfo(FieldInfo *field)
     if (position >= 0) {
         mFieldInfos.remove(position);
         mConstFieldInfos.remove(position);
-        mFieldNames.clear();
-        mFieldNameEnds.clear();
-        for (FieldInfo const *member : std::as_const(mConstFieldInfos)) {
-            mFieldNames += member->getName();
-            mFieldNameEnds.append(int(mFieldNames.size()));
-        }
+        // Cut the name out of the sequence and move the later ends back by its length: a
+        // message type losing all its fields costs one pass over the names per field, not a
+        // rebuild of the sequence.
+        int const start = position == 0 ? 0 : mFieldNameEnds.at(position - 1);
+        int const length = mFieldNameEnds.at(position) - start;
+        mFieldNames.remove(start, length);
+        mFieldNameEnds.remove(position);
+        for (int i = position; i < mFieldNameEnds.size(); ++i)
+            mFieldNameEnds[i] -= length;
     }
     // By name, whoever the entry points at; key fields are deliberately kept.
     mFieldInfoByName.remove(field->getName());
