@@ -108,10 +108,10 @@ public:
     struct UnitData
     {
         Unit unit = NoUnit;
-        QString identifier;   ///< compact name matched by setUnit, e.g. "meterpersecond"
+        QString identifier; ///< compact name matched by setUnit, e.g. "meterpersecond"
         QString singularText; ///< e.g. "meter/second"
         QString pluralText;
-        QString symbol;       ///< written with values, e.g. "m/s"
+        QString symbol; ///< written with values, e.g. "m/s"
         bool symbolAfterValue = false;
     };
 

@@ -23,13 +23,13 @@ public:
     /// The numeric values are part of the interface; 7 to 254 are unused.
     enum BasisType : int32_t {
         UnsignedInteger = 0, ///< 1 to 64 bits
-        SignedInteger = 1,   ///< two's complement, 1 to 64 bits
-        Float = 2,           ///< IEEE, 32 or 64 bits
-        Char = 3,            ///< an 8-bit character
-        NChar = 4,           ///< a second 8-bit character kind, shown and compared like Char
-        Byte = 5,            ///< a raw 8-bit byte, shown in hexadecimal
-        SubMessage = 6,      ///< an embedded message of a given message type
-        Invalid = 255        ///< no type: the type of an invalid value
+        SignedInteger = 1, ///< two's complement, 1 to 64 bits
+        Float = 2, ///< IEEE, 32 or 64 bits
+        Char = 3, ///< an 8-bit character
+        NChar = 4, ///< a second 8-bit character kind, shown and compared like Char
+        Byte = 5, ///< a raw 8-bit byte, shown in hexadecimal
+        SubMessage = 6, ///< an embedded message of a given message type
+        Invalid = 255 ///< no type: the type of an invalid value
     };
 
     FieldType(BasisType type, unsigned int bitSize);

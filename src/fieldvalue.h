@@ -37,9 +37,9 @@ class MESSAGEAPIFRAMEWORK_EXPORT FieldValue
 public:
     /// How toString() renders integers, characters and bytes.
     enum RepresentationMode : int32_t {
-        Natural = 0,     ///< the kind's own rendering
+        Natural = 0, ///< the kind's own rendering
         Hexadecimal = 1, ///< lower-case hexadecimal, at least two digits
-        Decimal = 2      ///< plain decimal, never grouped
+        Decimal = 2 ///< plain decimal, never grouped
     };
 
     /// An invalid value.
@@ -69,8 +69,7 @@ public:
      * defined: it gives subMessage(m) when the type is a sub-message type of exactly m's message
      * type and m is not null, and an invalid value otherwise. Never throws.
      */
-    template<typename T>
-    static FieldValue value(FieldType const &type, T const &v);
+    template <typename T> static FieldValue value(FieldType const &type, T const &v);
 
     FieldType const &getType() const { return mType; }
     bool isValid() const { return mType.getBasisType() != FieldType::Invalid; }
@@ -81,8 +80,7 @@ public:
 
     /// Strict typed read; defined for unsigned long long, long long, unsigned int, int,
     /// unsigned short, short, signed char, unsigned char, double and float.
-    template<typename T>
-    T get() const;
+    template <typename T> T get() const;
 
     unsigned long long getU64() const;
     long long getI64() const;
@@ -118,19 +116,19 @@ private:
     uint64_t mPayload;
 };
 
-template<>
+template <>
 FieldValue FieldValue::value<Message const *>(FieldType const &type, Message const *const &m);
 
-template<> unsigned long long FieldValue::get<unsigned long long>() const;
-template<> long long FieldValue::get<long long>() const;
-template<> unsigned int FieldValue::get<unsigned int>() const;
-template<> int FieldValue::get<int>() const;
-template<> unsigned short FieldValue::get<unsigned short>() const;
-template<> short FieldValue::get<short>() const;
-template<> signed char FieldValue::get<signed char>() const;
-template<> unsigned char FieldValue::get<unsigned char>() const;
-template<> double FieldValue::get<double>() const;
-template<> float FieldValue::get<float>() const;
+template <> unsigned long long FieldValue::get<unsigned long long>() const;
+template <> long long FieldValue::get<long long>() const;
+template <> unsigned int FieldValue::get<unsigned int>() const;
+template <> int FieldValue::get<int>() const;
+template <> unsigned short FieldValue::get<unsigned short>() const;
+template <> short FieldValue::get<short>() const;
+template <> signed char FieldValue::get<signed char>() const;
+template <> unsigned char FieldValue::get<unsigned char>() const;
+template <> double FieldValue::get<double>() const;
+template <> float FieldValue::get<float>() const;
 
 inline unsigned long long FieldValue::getU64() const
 {

@@ -27,9 +27,9 @@ public:
     static QString getString(double value, char format, int precision, bool localized);
     static QString getString(float value, char format, int precision, bool localized);
 
-    static char format;          ///< 'f', 'e' or 'g'; initially 'f'
-    static int floatPrecision;   ///< for single precision; -1 keeps the caller's; initially 6
-    static int doublePrecision;  ///< for double precision; -1 keeps the caller's; initially 6
+    static char format; ///< 'f', 'e' or 'g'; initially 'f'
+    static int floatPrecision; ///< for single precision; -1 keeps the caller's; initially 6
+    static int doublePrecision; ///< for double precision; -1 keeps the caller's; initially 6
     static bool overrideDefault; ///< initially false
 };
 

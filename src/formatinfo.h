@@ -59,7 +59,8 @@ public:
      * (at least one), and is accepted when the value at any one position lies in one of the
      * ranges of the discriminant at that position.
      */
-    QVector<MessageInfo const *> getMessageInfosForDiscriminant(QVector<FieldValue> const &values) const;
+    QVector<MessageInfo const *>
+    getMessageInfosForDiscriminant(QVector<FieldValue> const &values) const;
     QVector<MessageInfo const *> getMessageInfosForDiscriminant(FieldValue const &value) const;
 
     /// Every live format in construction order.

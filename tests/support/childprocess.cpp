@@ -25,7 +25,7 @@ ChildProcess::Result ChildProcess::run(QString const &scenario)
     environment.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("%{message}"));
     process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(),
-                  QStringList{QString::fromLatin1(scenarioOption), scenario});
+                  QStringList { QString::fromLatin1(scenarioOption), scenario });
 
     Result result;
     if (!process.waitForStarted(30000))

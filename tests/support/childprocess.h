@@ -20,7 +20,7 @@ constexpr int ScenarioReturned = 77;
 struct Result
 {
     bool finished = false; ///< the child ended within the time limit
-    bool crashed = false;  ///< it ended by a signal (qFatal aborts)
+    bool crashed = false; ///< it ended by a signal (qFatal aborts)
     int exitCode = -1;
     QString standardError;
 
@@ -37,18 +37,18 @@ bool scenarioFromArguments(int argc, char **argv, QString *scenario);
 } // namespace ChildProcess
 
 /// Qt Test main that also serves child scenarios (see ChildProcess).
-#define MSGAPI_TEST_MAIN_WITH_SCENARIOS(TestClass)                                                  \
-    int main(int argc, char **argv)                                                                 \
-    {                                                                                               \
-        QCoreApplication app(argc, argv);                                                           \
-        QString scenario;                                                                           \
-        if (ChildProcess::scenarioFromArguments(argc, argv, &scenario)) {                           \
-            TestClass::runChildScenario(scenario);                                                  \
-            return ChildProcess::ScenarioReturned;                                                  \
-        }                                                                                           \
-        TestClass tc;                                                                               \
-        QTEST_SET_MAIN_SOURCE_PATH                                                                  \
-        return QTest::qExec(&tc, argc, argv);                                                       \
+#define MSGAPI_TEST_MAIN_WITH_SCENARIOS(TestClass)                                                 \
+    int main(int argc, char **argv)                                                                \
+    {                                                                                              \
+        QCoreApplication app(argc, argv);                                                          \
+        QString scenario;                                                                          \
+        if (ChildProcess::scenarioFromArguments(argc, argv, &scenario)) {                          \
+            TestClass::runChildScenario(scenario);                                                 \
+            return ChildProcess::ScenarioReturned;                                                 \
+        }                                                                                          \
+        TestClass tc;                                                                              \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                 \
+        return QTest::qExec(&tc, argc, argv);                                                      \
     }
 
 #endif // MESSAGEAPI_TESTS_CHILDPROCESS_H

@@ -39,5 +39,6 @@ QStringList TracerRecorder::eventsOf(QString const &className) const
 void TracerRecorder::observe(bool allocation, QString const &className)
 {
     if (current)
-        current->mEvents.append((allocation ? QStringLiteral("+") : QStringLiteral("-")) + className);
+        current->mEvents.append((allocation ? QStringLiteral("+") : QStringLiteral("-"))
+                                + className);
 }

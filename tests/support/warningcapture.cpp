@@ -41,5 +41,5 @@ QStringList WarningCapture::debugLines() const
 void WarningCapture::handle(QtMsgType type, QMessageLogContext const &, QString const &text)
 {
     if (current)
-        current->mEntries.append(Entry{type, text});
+        current->mEntries.append(Entry { type, text });
 }
