@@ -38,21 +38,28 @@ struct Dictionary
     std::vector<std::unique_ptr<MessageInfo>> infos;
 };
 
-/// Heap per statistics object made directly, as the coordinator makes it, with no message yet.
+/// Heap per statistics object made directly, as the coordinator makes it, each one after
+/// feed(statistics, time) has run on it.
+template <typename Feed> double heapBytesPerStatistics(Dictionary const &dictionary, Feed feed)
+{
+    TimeSource time;
+    MessageStatisticsCoordinator coordinator(nullptr, &time);
+    // The first child makes the coordinator's list of children; count from the second on.
+    new MessageStatistics(dictionary.infos.front().get(), &time, &coordinator);
+    const unsigned long long before = heapBytesInUse();
+    for (int i = 1; i < objectCount; ++i)
+        feed(new MessageStatistics(dictionary.infos.at(i).get(), &time, &coordinator), time);
+    return double(heapBytesInUse() - before) / (objectCount - 1);
+}
+
+/// Heap per statistics object with no message yet.
 void BM_MessageStatisticsEmptyMemory(benchmark::State &state)
 {
     const Dictionary dictionary;
     double bytesPerObject = 0;
-    for (auto _ : state) {
-        TimeSource time;
-        MessageStatisticsCoordinator coordinator(nullptr, &time);
-        // The first child makes the coordinator's list of children; count from the second on.
-        new MessageStatistics(dictionary.infos.front().get(), &time, &coordinator);
-        const unsigned long long before = heapBytesInUse();
-        for (int i = 1; i < objectCount; ++i)
-            new MessageStatistics(dictionary.infos.at(i).get(), &time, &coordinator);
-        bytesPerObject = double(heapBytesInUse() - before) / (objectCount - 1);
-    }
+    for (auto _ : state)
+        bytesPerObject
+            = heapBytesPerStatistics(dictionary, [](MessageStatistics *, TimeSource &) {});
     state.counters["heapBytesPerObject"] = bytesPerObject;
 }
 BENCHMARK(BM_MessageStatisticsEmptyMemory)->Iterations(1);
@@ -82,22 +89,16 @@ void BM_MessageStatisticsHistoryMemory(benchmark::State &state)
     constexpr int messagesPerObject = 1000;
     double bytesPerObject = 0;
     for (auto _ : state) {
-        TimeSource time;
-        MessageStatisticsCoordinator coordinator(nullptr, &time);
-        new MessageStatistics(dictionary.infos.front().get(), &time, &coordinator);
-        const unsigned long long before = heapBytesInUse();
-        for (int i = 1; i < objectCount; ++i) {
-            auto *statistics
-                = new MessageStatistics(dictionary.infos.at(i).get(), &time, &coordinator);
-            statistics->setGapDetectionEnabled(true);
-            unsigned long long millis = 1400000000000ULL;
-            for (int message = 0; message < messagesPerObject; ++message) {
-                millis += message % 10 == 9 ? 2000 : 1000 + 100 * (message % 100 == 50);
-                time.setMillis(millis);
-                statistics->processNewMessage();
-            }
-        }
-        bytesPerObject = double(heapBytesInUse() - before) / (objectCount - 1);
+        bytesPerObject = heapBytesPerStatistics(
+            dictionary, [](MessageStatistics *statistics, TimeSource &time) {
+                statistics->setGapDetectionEnabled(true);
+                unsigned long long millis = 1400000000000ULL;
+                for (int message = 0; message < messagesPerObject; ++message) {
+                    millis += message % 10 == 9 ? 2000 : 1000 + 100 * (message % 100 == 50);
+                    time.setMillis(millis);
+                    statistics->processNewMessage();
+                }
+            });
     }
     state.counters["heapBytesPerObject"] = bytesPerObject;
 }
