@@ -16,14 +16,11 @@ namespace {
 
 constexpr double scaledHeight = 12345.678; // 12345678 mm as a scaled u32 in meters
 
-void BM_RenderScaledWithUnit(benchmark::State &state)
+/// Times the interpreted text (with unit) of the value, once it is known to be the expected one.
+void renderInterpreted(benchmark::State &state, FieldInfo const &field, FieldValue const &value,
+                       QString const &expected)
 {
-    BenchFieldInfo field(QStringLiteral("Height"), FieldType::u(32));
-    field.setScaleFactor(0.001);
-    field.setUnit(QStringLiteral("meter"));
-    FieldValue const value = FieldValue::u(12345678, 32);
-    if (field.getInterpretedString(value, true)
-        != QLocale().toString(scaledHeight, 'f', 6) + QStringLiteral(" m")) {
+    if (field.getInterpretedString(value, true) != expected) {
         state.SkipWithError("unexpected text");
         return;
     }
@@ -31,6 +28,15 @@ void BM_RenderScaledWithUnit(benchmark::State &state)
         QString const text = field.getInterpretedString(value, true);
         benchmark::DoNotOptimize(text.constData());
     }
+}
+
+void BM_RenderScaledWithUnit(benchmark::State &state)
+{
+    BenchFieldInfo field(QStringLiteral("Height"), FieldType::u(32));
+    field.setScaleFactor(0.001);
+    field.setUnit(QStringLiteral("meter"));
+    renderInterpreted(state, field, FieldValue::u(12345678, 32),
+                      QLocale().toString(scaledHeight, 'f', 6) + QStringLiteral(" m"));
 }
 BENCHMARK(BM_RenderScaledWithUnit);
 
@@ -42,15 +48,7 @@ void BM_RenderSymbolic(benchmark::State &state)
                                          "RTK fixed", "RTK float",   "SBAS",  "Moving base" };
     for (unsigned int i = 0; i < 8; ++i)
         field.addSymbolicValue(FieldValue::u(i, 8), QString::fromLatin1(modes[i]));
-    FieldValue const value = FieldValue::u(4, 8);
-    if (field.getInterpretedString(value, true) != QStringLiteral("RTK fixed")) {
-        state.SkipWithError("unexpected text");
-        return;
-    }
-    for (auto _ : state) {
-        QString const text = field.getInterpretedString(value, true);
-        benchmark::DoNotOptimize(text.constData());
-    }
+    renderInterpreted(state, field, FieldValue::u(4, 8), QStringLiteral("RTK fixed"));
 }
 BENCHMARK(BM_RenderSymbolic);
 
