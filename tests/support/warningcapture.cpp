@@ -18,21 +18,11 @@ WarningCapture::~WarningCapture()
     current = mOuter;
 }
 
-QStringList WarningCapture::warnings() const
+QStringList WarningCapture::textsOf(QtMsgType type) const
 {
     QStringList result;
     for (Entry const &entry : mEntries) {
-        if (entry.type == QtWarningMsg)
-            result.append(entry.text);
-    }
-    return result;
-}
-
-QStringList WarningCapture::debugLines() const
-{
-    QStringList result;
-    for (Entry const &entry : mEntries) {
-        if (entry.type == QtDebugMsg)
+        if (entry.type == type)
             result.append(entry.text);
     }
     return result;

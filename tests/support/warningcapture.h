@@ -27,12 +27,13 @@ public:
 
     QList<Entry> entries() const { return mEntries; }
     /// The texts of the warnings (QtWarningMsg) only, in order.
-    QStringList warnings() const;
+    QStringList warnings() const { return textsOf(QtWarningMsg); }
     /// The texts of the debug lines (QtDebugMsg) only, in order.
-    QStringList debugLines() const;
+    QStringList debugLines() const { return textsOf(QtDebugMsg); }
     void clear() { mEntries.clear(); }
 
 private:
+    QStringList textsOf(QtMsgType type) const;
     static void handle(QtMsgType type, QMessageLogContext const &context, QString const &text);
 
     QList<Entry> mEntries;
