@@ -63,6 +63,13 @@ std::string formatTime(double ns)
     return text;
 }
 
+/// One row of the goal table; the header row uses it too, so the columns stay aligned.
+void printRow(char const *goal, char const *subject, char const *reference, char const *ratio,
+              char const *limit, char const *result)
+{
+    std::printf("%-58s %12s %12s %9s %10s %s\n", goal, subject, reference, ratio, limit, result);
+}
+
 /// A figure held against a fixed limit: the counter's median stands in the subject column.
 /// Returns whether the goal is met; a goal that did not run counts as met, as above.
 bool printCounterGoal(MedianCollector const &collector, BenchGoal const &goal)
@@ -70,8 +77,7 @@ bool printCounterGoal(MedianCollector const &collector, BenchGoal const &goal)
     const auto counters = collector.mCounters.find(goal.subject);
     if (counters == collector.mCounters.end()
         || counters->second.find(goal.counter) == counters->second.end()) {
-        std::printf("%-58s %12s %12s %9s %10s %s\n", goal.title.c_str(), "-", "-", "-", "-",
-                    "not run");
+        printRow(goal.title.c_str(), "-", "-", "-", "-", "not run");
         return true;
     }
     const double value = counters->second.at(goal.counter);
@@ -80,15 +86,14 @@ bool printCounterGoal(MedianCollector const &collector, BenchGoal const &goal)
     char limitText[32];
     std::snprintf(valueText, sizeof valueText, "%.0f", value);
     std::snprintf(limitText, sizeof limitText, "<= %.0f", goal.limit);
-    std::printf("%-58s %12s %12s %9s %10s %s\n", goal.title.c_str(), valueText, "-", "-", limitText,
-                met ? "met" : "MISSED");
+    printRow(goal.title.c_str(), valueText, "-", "-", limitText, met ? "met" : "MISSED");
     return met;
 }
 
 int printGoalTable(MedianCollector const &collector)
 {
-    std::printf("\n%-58s %12s %12s %9s %10s %s\n", "goal", "subject", "reference", "ratio", "limit",
-                "result");
+    std::printf("\n");
+    printRow("goal", "subject", "reference", "ratio", "limit", "result");
     int missed = 0;
     for (BenchGoal const &goal : benchGoals()) {
         if (goal.kind == BenchGoal::CounterAtMost) {
@@ -98,8 +103,7 @@ int printGoalTable(MedianCollector const &collector)
         const auto subject = collector.mNanoseconds.find(goal.subject);
         const auto reference = collector.mNanoseconds.find(goal.reference);
         if (subject == collector.mNanoseconds.end() || reference == collector.mNanoseconds.end()) {
-            std::printf("%-58s %12s %12s %9s %10s %s\n", goal.title.c_str(), "-", "-", "-", "-",
-                        "not run");
+            printRow(goal.title.c_str(), "-", "-", "-", "-", "not run");
             continue;
         }
         const bool faster = goal.kind == BenchGoal::AtLeastTimesFaster;
@@ -111,9 +115,9 @@ int printGoalTable(MedianCollector const &collector)
         char limitText[32];
         std::snprintf(ratioText, sizeof ratioText, faster ? "%.1fx" : "%.2f", ratio);
         std::snprintf(limitText, sizeof limitText, faster ? ">= %.0fx" : "<= %.2f", goal.limit);
-        std::printf("%-58s %12s %12s %9s %10s %s\n", goal.title.c_str(),
-                    formatTime(subject->second).c_str(), formatTime(reference->second).c_str(),
-                    ratioText, limitText, met ? "met" : "MISSED");
+        printRow(goal.title.c_str(), formatTime(subject->second).c_str(),
+                 formatTime(reference->second).c_str(), ratioText, limitText,
+                 met ? "met" : "MISSED");
     }
 
     std::printf("\nfigures (medians):\n");
