@@ -74,7 +74,11 @@ bool DemoFieldInfo::isPresent(Message const *message) const
 unsigned int DemoFieldInfo::getNumberOfValues(Message const *message) const
 {
     DemoMessage const *demo = asDemoMessage(message);
-    return demo && fitsIn(demo->getBlock()) ? unsigned(valueCount(demo->getBlock())) : 0u;
+    if (!demo)
+        return 0;
+    // All values or none: a block cut short inside the field holds none of them.
+    const int count = valueCount(demo->getBlock());
+    return getEndOffset(count) <= demo->getBlock().size() ? unsigned(count) : 0u;
 }
 
 FieldValue DemoFieldInfo::getValue(Message const *message, unsigned int index) const
