@@ -126,8 +126,7 @@ DiscriminantIndex::TypeGroup &DiscriminantIndex::groupFor(Position &position,
 {
     FieldType const &type = value.getType();
     for (TypeGroup &group : position.groups) {
-        if (group.basisType == type.getBasisType() && group.bitSize == type.getBitSize()
-            && group.subMessageInfo == type.getSubMessageInfo())
+        if (group.holds(type))
             return group;
     }
     position.groups.push_back(
@@ -226,10 +225,8 @@ QVector<MessageInfo const *> DiscriminantIndex::lookup(QVector<MessageInfo const
             uint64_t key;
             if (!orderKey(value, &key))
                 continue;
-            FieldType const &type = value.getType();
             for (TypeGroup const &group : arity.positions[p].groups) {
-                if (group.basisType == type.getBasisType() && group.bitSize == type.getBitSize()
-                    && group.subMessageInfo == type.getSubMessageInfo()) {
+                if (group.holds(value.getType())) {
                     collect(group, key, found);
                     break;
                 }

@@ -68,6 +68,13 @@ private:
         MessageInfo const *subMessageInfo;
         std::vector<Interval> intervals;
         std::vector<uint64_t> highestHigh;
+
+        /// Whether the group is the one for values of this field type.
+        bool holds(FieldType const &type) const
+        {
+            return basisType == type.getBasisType() && bitSize == type.getBitSize()
+                && subMessageInfo == type.getSubMessageInfo();
+        }
     };
     struct Position
     {
