@@ -435,7 +435,7 @@ QString FieldInfo::getRawString(FieldValue const &value) const
 QString FieldInfo::getInterpretedString(FieldValue const &value, bool withUnit) const
 {
     QString text;
-    if (mHasDoNotUseValue && value == mDoNotUseValue) {
+    if (isDoNotUseValue(value)) {
         text = getDoNotUseString();
     } else {
         bool isNan = false;

@@ -39,11 +39,9 @@ MessageNeed::~MessageNeed()
 
 void MessageNeed::setManager(MessageNeedManager *manager)
 {
+    // The needs move: withdrawn from the old manager (if any), registered with the new one.
     const QVector<MessageInfo const *> needs = mMessagesNeeded;
-    if (mManager)
-        clearMessagesNeeded(false);
-    else
-        mMessagesNeeded.clear();
+    clearMessagesNeeded(false);
     mManager = manager;
     setMessagesNeeded(needs);
 }
