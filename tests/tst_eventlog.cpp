@@ -3,10 +3,14 @@
 #include "messagesource.h"
 #include "timesource.h"
 
+#include <QLocale>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <limits>
+
+// The event log and the receiver clock that stamps its entries.
 class tst_EventLog : public QObject
 {
     Q_OBJECT
@@ -16,6 +20,9 @@ private Q_SLOTS:
     void everyTextIsLimitedOnItsOwn_data();
     void everyTextIsLimitedOnItsOwn();
     void stamping();
+    void clockTime_data();
+    void clockTime();
+    void clockMillisToString();
 };
 
 namespace {
@@ -32,6 +39,13 @@ QString textOf(QVariantList const &arguments)
 {
     return arguments.at(0).value<EventLog::Entry>().event.getMessage();
 }
+
+// A clock whose only override is getMillis(); the base class must read the time through it.
+struct FixedClock : TimeSource
+{
+    unsigned long long fixedMillis = 0;
+    unsigned long long getMillis() override { return fixedMillis; }
+};
 } // namespace
 
 void tst_EventLog::hundredthIsMarkedAndLaterOnesDropped()
@@ -67,11 +81,11 @@ void tst_EventLog::hundredthIsMarkedAndLaterOnesDropped()
 
 void tst_EventLog::everyTextIsLimitedOnItsOwn_data()
 {
-    // Steps: a letter stands for the text "<letter> CRC error", "_" for an empty text, and
-    // "*n" repeats the step n times.
+    // Steps: a letter stands for the text "<letter> CRC error", "_" for an empty text, "*n"
+    // repeats the step n times, and "clear" clears the log.
     QTest::addColumn<QString>("steps");
     QTest::addColumn<bool>("freshTexts"); // each event's text built anew, not shared
-    QTest::addColumn<int>("logged");
+    QTest::addColumn<int>("logged"); // entries, and announcements since the last clear
 
     QTest::newRow("two storms, then alternating") << "A*101 B*101 A B A B" << false << 200;
     QTest::newRow("two storms, texts built anew") << "A*101 B*101 A B A B" << true << 200;
@@ -79,6 +93,7 @@ void tst_EventLog::everyTextIsLimitedOnItsOwn_data()
     QTest::newRow("a storm between repeats of another") << "B*50 A*120 B*50 A B" << false << 200;
     QTest::newRow("an empty text first") << "_ A*101 _" << false << 102;
     QTest::newRow("a storm of empty texts") << "_*105 A" << true << 101;
+    QTest::newRow("a storm of empty texts, cleared") << "_*105 clear _ A" << false << 2;
 }
 
 void tst_EventLog::everyTextIsLimitedOnItsOwn()
@@ -91,6 +106,11 @@ void tst_EventLog::everyTextIsLimitedOnItsOwn()
     EventLog log(&source, nullptr);
     QSignalSpy entries(&log, &EventLog::newEntry);
     for (QString const &step : steps.split(QLatin1Char(' '))) {
+        if (step == QLatin1String("clear")) {
+            log.clear();
+            entries.clear();
+            continue;
+        }
         const QString text = step.at(0) == QLatin1Char('_')
             ? QString()
             : step.at(0) + QStringLiteral(" CRC error");
@@ -109,7 +129,7 @@ void tst_EventLog::stamping()
     QPointer<EventLog> timed(new EventLog(source, &clock)), local(new EventLog(source, nullptr));
     const QDateTime before = QDateTime::currentDateTime();
     report(*source, QStringLiteral("before any time"));
-    clock.setMillis(1394541296789ull);
+    clock.setMillis(1394541296789ull); // no leap seconds, the fraction dropped
     report(*source, gCrcText);
     const QDateTime after = QDateTime::currentDateTime();
 
@@ -124,6 +144,55 @@ void tst_EventLog::stamping()
     }
     delete source;
     QVERIFY(timed.isNull() && local.isNull()); // logs die with their source
+}
+
+void tst_EventLog::clockTime_data()
+{
+    QTest::addColumn<QString>("steps"); // millis set one after the other on one clock
+    QTest::addColumn<QString>("seconds"); // after each step, since the epoch; "-" no time
+    QTest::addColumn<bool>("overridden"); // answered by getMillis() overridden, over a stored 0
+
+    // Within a second, on to the next, back to an earlier one, through no time and back.
+    QTest::newRow("every change followed") << "1 999 1000 1999 2000 5000 1000 0 1500 0"
+                                           << "0 0 1 1 2 5 1 - 1 -" << false;
+    QTest::newRow("read through an override") << "1999 0"
+                                              << "1 -" << true;
+}
+
+void tst_EventLog::clockTime()
+{
+    QFETCH(QString, steps);
+    QFETCH(QString, seconds);
+    QFETCH(bool, overridden);
+
+    FixedClock fixed;
+    TimeSource plain;
+    QVERIFY(!plain.hasValidMillis()); // no time before the first setMillis()
+    TimeSource &clock = overridden ? fixed : plain;
+    QStringList times;
+    for (QString const &step : steps.split(QLatin1Char(' '))) {
+        const unsigned long long millis = step.toULongLong();
+        fixed.fixedMillis = millis;
+        clock.setMillis(overridden ? 0 : millis);
+        const QDateTime time = clock.getTime();
+        QCOMPARE(time.timeSpec(), Qt::UTC);
+        QCOMPARE(clock.hasValidMillis(), millis != 0);
+        QCOMPARE(clock.getMillis(), millis);
+        const QDateTime epoch(QDate(1980, 1, 6), QTime(0, 0), Qt::UTC);
+        times << (time.isNull() ? QStringLiteral("-") : QString::number(epoch.secsTo(time)));
+    }
+    QCOMPARE(times.join(QLatin1Char(' ')), seconds);
+}
+
+void tst_EventLog::clockMillisToString()
+{
+    // A locale that groups digits, so that locale-dependent rendering would show.
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    TimeSource clock;
+    QCOMPARE(clock.millisToString(0), QStringLiteral("0"));
+    QCOMPARE(clock.millisToString(std::numeric_limits<unsigned long long>::max()),
+             QStringLiteral("18446744073709551615"));
+    QLocale::setDefault(QLocale::c());
 }
 
 QTEST_GUILESS_MAIN(tst_EventLog)

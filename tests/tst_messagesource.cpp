@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "eventlog.h"
+#include "formatinfo.h"
 #include "messagesourcemultiplexer.h"
 #include "parsemessagesadapter.h"
 #include "recordingdecoder.h"
@@ -7,12 +8,15 @@
 #include "testparser.h"
 #include "timesource.h"
 #include "tracerrecorder.h"
+#include "warningcapture.h"
 
+#include <QPointer>
+#include <QRegularExpression>
 #include <QTest>
 
-// The multiplexer, and what all classes of the message flow share: the signatures that
-// applications reach through string-based connections, and allocation tracing. The events a
-// source reports are checked where a decoder reports them, in tst_parsemessagesadapter.
+// The sources of messages: the multiplexer, the decoder's code table, and the adapter that
+// feeds a decoder from an application's parser. The whole flow on a real stream is run by
+// tst_messageapidemo.
 class tst_MessageSource : public QObject
 {
     Q_OBJECT
@@ -20,7 +24,12 @@ class tst_MessageSource : public QObject
 private Q_SLOTS:
     void multiplexer_data();
     void multiplexer();
-    void signaturesForStringConnections();
+    void decoderCodeTable_data();
+    void decoderCodeTable();
+    void adapterDecodesSignalledBlocks();
+    void adapterPassesEventsOn();
+    void adapterWarnsAboutMissingSignals_data();
+    void adapterWarnsAboutMissingSignals();
     void tracing();
 };
 
@@ -44,25 +53,10 @@ QStringList heard(int times)
             names << name;
     return names;
 }
-
-// The methods a class declares itself, as "signal x(...)", "slot y(...)", "private slot z(...)".
-QStringList declaredMethods(QMetaObject const &meta)
-{
-    QStringList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        methods << (method.access() == QMetaMethod::Private ? "private " : "")
-                + QString(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
-                + method.methodSignature();
-    }
-    methods.sort();
-    return methods;
-}
 } // namespace
 
-// What the multiplexer passes on is followed message by message in tst_messageflow; here only
-// which announcements arrive, and how often. The listener sits on an outer multiplexer that
-// holds the one under test, so every row also goes through nesting.
+// The listener sits on an outer multiplexer that holds the one under test, so every row also
+// goes through nesting.
 void tst_MessageSource::multiplexer_data()
 {
     QTest::addColumn<int>("addA"); // how often source A is added; B is added once, after it
@@ -99,25 +93,126 @@ void tst_MessageSource::multiplexer()
     QCOMPARE(aRecorder.signalNames(), heard(1)); // A's other listeners keep hearing it
 }
 
-void tst_MessageSource::signaturesForStringConnections()
+void tst_MessageSource::decoderCodeTable_data()
 {
-    QCOMPARE(
-        declaredMethods(MessageSource::staticMetaObject),
-        QStringList(
-            { "signal newEvent(MessageApiEvent)", "signal newMessage(const Message*)",
-              "signal newMessageEarly(const Message*)", "signal newMessageLate(const Message*)",
-              "signal newUnknownMessage(const FormatInfo*,QString)",
-              "slot reportCRCErrorEvent(const FormatInfo*)", "slot reportConnectionClosedEvent()",
-              "slot reportConnectionOpenedEvent()", "slot reportEvent(MessageApiEvent)" }));
-    QCOMPARE(declaredMethods(AbstractDecoder::staticMetaObject),
-             QStringList(
-                 { "slot decodeMessage(QByteArray)", "slot decodeMessage(const uint8_t*,uint)" }));
-    QCOMPARE(
-        declaredMethods(ParseMessagesAdapter::staticMetaObject),
-        QStringList({ "private slot processVexa(uint,uint)", "private slot reportCRCError()" }));
-    QCOMPARE(declaredMethods(EventLog::staticMetaObject),
-             QStringList({ "signal cleared()", "signal newEntry(EventLog::Entry)", "slot clear()",
-                           "slot processEvent(MessageApiEvent)" }));
+    QTest::addColumn<QList<int>>("codes"); // entered for the type, in order
+    QTest::addColumn<bool>("decoderEnables"); // what the decoder's own query answers
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("enabled");
+
+    QTest::newRow("empty table") << QList<int> {} << true << -1 << false;
+    QTest::newRow("entered, then replaced") << QList<int> { 5, 7 } << true << 7 << true;
+    QTest::newRow("zero is a code") << QList<int> { 0 } << true << 0 << true;
+    QTest::newRow("negative acts as none") << QList<int> { 5, -3 } << true << -3 << false;
+    QTest::newRow("disabled in decoder") << QList<int> { 5 } << false << 5 << false;
+}
+
+void tst_MessageSource::decoderCodeTable()
+{
+    QFETCH(QList<int>, codes);
+    QFETCH(bool, decoderEnables);
+    QFETCH(int, code);
+    QFETCH(bool, enabled);
+
+    // The table only compares message type pointers; it never looks behind them.
+    auto *const info = reinterpret_cast<MessageInfo const *>(0x1000);
+    auto *const otherInfo = reinterpret_cast<MessageInfo const *>(0x2000);
+    RecordingDecoder decoder;
+    decoder.setMessageEnum(otherInfo, 42);
+    for (int entered : codes)
+        decoder.setMessageEnum(info, entered);
+    if (decoderEnables)
+        decoder.enabledCodes = { code };
+
+    QCOMPARE(decoder.getMessageEnum(info), code);
+    QCOMPARE(decoder.getMessageEnum(otherInfo), 42);
+    decoder.enableMessage(info);
+    decoder.disableMessage(info);
+    QCOMPARE(decoder.isEnabledMessage(info), enabled);
+    // A negative code counts as none: the decoder is never asked about it.
+    const QList<int32_t> calls = code >= 0 ? QList<int32_t> { code } : QList<int32_t> {};
+    QCOMPARE(decoder.enabledCalls, calls);
+    QCOMPARE(decoder.disabledCalls, calls);
+    QCOMPARE(decoder.queriedCodes, calls);
+}
+
+void tst_MessageSource::adapterDecodesSignalledBlocks()
+{
+    auto *parser = new TestParser;
+    RecordingDecoder decoder;
+    QPointer<ParseMessagesAdapter> adapter(
+        new ParseMessagesAdapter(parser, nullptr, parser->buffer(), &decoder));
+    parser->deliverBlock(1, QByteArray("\xB5\x01\x00\x00", 4));
+    parser->deliverBlock(0xFFFFFFFFu, "abcdef"); // the id is not used
+
+    QCOMPARE(decoder.decodeCalls.size(), 2);
+    QCOMPARE(decoder.decodeCalls[0].bytes, QByteArray("\xB5\x01\x00\x00", 4));
+    QCOMPARE(decoder.decodeCalls[1].bytes, QByteArray("abcdef"));
+    for (auto const &call : decoder.decodeCalls)
+        QCOMPARE(call.buffer, reinterpret_cast<uint8_t const *>(parser->buffer()));
+    delete parser;
+    QVERIFY(adapter.isNull()); // the adapter dies with its parser
+}
+
+// One function on purpose: the CRC format is looked up once per process, at the first CRC error.
+void tst_MessageSource::adapterPassesEventsOn()
+{
+    TestParser parser;
+    TestConnection connection;
+    RecordingDecoder decoder(QStringLiteral("Rover"));
+    new ParseMessagesAdapter(&parser, &connection, parser.buffer(), &decoder);
+    SourceRecorder recorder(&decoder);
+
+    Q_EMIT connection.connected();
+    // Registered after the adapter was made, before the first CRC error: found.
+    FormatInfo vexa(QStringLiteral("VEXA"));
+    Q_EMIT parser.crcErrorVexa();
+    // A newer format of that name does not replace the one already found.
+    FormatInfo newerVexa(QStringLiteral("VEXA"));
+    Q_EMIT parser.crcErrorVexa();
+    Q_EMIT connection.connectionClosed();
+
+    QStringList events;
+    for (SourceRecorder::Record const &record : recorder.records) {
+        const char *format = record.subject == &vexa ? "vexa" : record.subject ? "?" : "none";
+        events << QString::number(record.eventType) + ' ' + format + ' ' + record.text;
+    }
+    QCOMPARE(events,
+             QStringList({ "0 none Rover connection opened", "2 vexa VEXA CRC error",
+                           "2 vexa VEXA CRC error", "1 none Rover connection closed" }));
+}
+
+void tst_MessageSource::adapterWarnsAboutMissingSignals_data()
+{
+    QTest::addColumn<bool>("plainParser");
+    QTest::addColumn<int>("connectionKind"); // 0 none, 1 plain object, 2 with the signals
+    QTest::addColumn<QStringList>("warnings");
+
+    const QString prefix("ParseMessagesAdapter: cannot connect to ");
+    const QStringList parser { prefix + "vexa(unsigned int, unsigned int) of the parser",
+                               prefix + "crcErrorVexa() of the parser" };
+    const QStringList connection { prefix + "connected() of the connection",
+                                   prefix + "connectionClosed() of the connection" };
+    QTest::newRow("all signals present") << false << 2 << QStringList();
+    QTest::newRow("plain objects") << true << 1 << parser + connection;
+    QTest::newRow("no connection object") << true << 0 << parser;
+}
+
+void tst_MessageSource::adapterWarnsAboutMissingSignals()
+{
+    QFETCH(bool, plainParser);
+    QFETCH(int, connectionKind);
+    QFETCH(QStringList, warnings);
+
+    TestParser testParser;
+    QObject plainObject;
+    TestConnection testConnection;
+    QObject *const connections[] = { nullptr, &plainObject, &testConnection };
+    RecordingDecoder decoder;
+    WarningCapture capture;
+    new ParseMessagesAdapter(plainParser ? &plainObject : static_cast<QObject *>(&testParser),
+                             connections[connectionKind], testParser.buffer(), &decoder);
+    QCOMPARE(capture.warnings().filter(QRegularExpression("^ParseMessagesAdapter:")), warnings);
 }
 
 void tst_MessageSource::tracing()

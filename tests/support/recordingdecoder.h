@@ -36,7 +36,6 @@ public:
     bool isEnabledMessageCode(int32_t code) const override;
 
     QList<DecodeCall> decodeCalls;
-    int32_t decodeResult = 0;
     QList<int32_t> enabledCalls;
     QList<int32_t> disabledCalls;
     mutable QList<int32_t> queriedCodes;
