@@ -10,11 +10,14 @@
 #include "warningcapture.h"
 
 #include <QLocale>
+#include <QPointer>
 #include <QTest>
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <new>
 
 namespace {
 /// Renders times with a label, so that the time text is seen to be the time source's own.
@@ -26,8 +29,16 @@ public:
         return QStringLiteral("t=%1").arg(millis);
     }
 };
+
+/// A clock that has a reading but does not vouch for it.
+class UnfixedClock : public TimeSource
+{
+public:
+    bool hasValidMillis() override { return false; }
+};
 } // namespace
 
+// The statistics of one message type, and the coordinator that keeps one per type.
 class tst_MessageStatistics : public QObject
 {
     Q_OBJECT
@@ -58,17 +69,26 @@ private Q_SLOTS:
     void texts();
     void report_data();
     void report();
+    void routing_data();
+    void routing();
+    void gapDetectionRegistrationAndCloseEpoch();
+    void eventsAndNewestMessageTime();
+    void clearAndDisconnect();
 
 private:
     /**
-     * Sends the space-separated steps through the coordinator: "1000" a message at 1000 ms, "0"
-     * one while the time is unknown, "o1000" a message of another type, "close:4000" an epoch
-     * closed at 4000 ms, "on" and "off" gap detection switched, "rate" for "on 1000 2000 3000",
-     * "copy" the histogram handed out into mHandedOut.
+     * Sends the space-separated steps through the coordinator: "1000" a Pos message at 1000 ms,
+     * "0" one while the time is unknown, "Status@1000" a message of that type, "RTCM3/B2@2000"
+     * an unknown one of that format and name, "close:4000" an epoch closed at 4000 ms, "on" and
+     * "off" gap detection of Pos switched, "rate" for "on 1000 2000 3000", "copy" the histogram
+     * handed out into mHandedOut.
      */
     void run(QString const &steps)
     {
         for (QString const &step : steps.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            QString const name = step.contains(QLatin1Char('@'))
+                ? step.section(QLatin1Char('@'), 0, 0)
+                : QStringLiteral("Pos");
             if (step == QLatin1String("rate")) {
                 run(QStringLiteral("on 1000 2000 3000"));
             } else if (step == QLatin1String("copy")) {
@@ -78,15 +98,40 @@ private:
             } else if (step.startsWith(QLatin1String("close:"))) {
                 mTime.setMillis(step.mid(6).toULongLong());
                 mCoordinator->closeEpoch();
+            } else if (name.contains(QLatin1Char('/'))) {
+                mTime.setMillis(step.section(QLatin1Char('@'), 1).toULongLong());
+                Q_EMIT mSource.newUnknownMessage(
+                    FormatInfo::getFormatInfo(name.section(QLatin1Char('/'), 0, 0)),
+                    name.section(QLatin1Char('/'), 1));
             } else {
-                mTime.setMillis(step.mid(step.startsWith(QLatin1Char('o'))).toULongLong());
-                TestMessage message(step.startsWith(QLatin1Char('o')) ? &mOther : &mInfo);
+                mTime.setMillis(step.section(QLatin1Char('@'), -1).toULongLong());
+                TestMessage message(mFormat.getMessageInfo(name));
                 Q_EMIT mSource.newMessage(&message);
             }
         }
     }
 
+    /// Every statistics object in creation order as "FORMAT name:count", with "*" after the
+    /// name when the object is the one of a known type.
+    QString statistics() const
+    {
+        QStringList entries;
+        for (MessageStatistics const *statistics : mCoordinator->getAllMessageStatistics()) {
+            MessageInfo const *info = statistics->getMessageInfo();
+            bool const ofInfo = info && mCoordinator->getMessageStatistics(info) == statistics;
+            entries.append(QStringLiteral("%1 %2%3:%4")
+                               .arg(statistics->getFormatInfo()->getName(),
+                                    statistics->getMessageName(),
+                                    ofInfo ? QStringLiteral("*") : QString())
+                               .arg(statistics->getCount()));
+            if (statistics->parent() != mCoordinator.get())
+                entries.last() += QStringLiteral(" (other parent)");
+        }
+        return entries.join(QStringLiteral(", "));
+    }
+
     FormatInfo mFormat { QStringLiteral("VEXA") };
+    FormatInfo mRtcm3 { QStringLiteral("RTCM3") };
     MessageInfo mInfo { QStringLiteral("Pos") };
     MessageInfo mOther { QStringLiteral("Status") };
     TimeSource mTime;
@@ -115,14 +160,18 @@ void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
     QFETCH(QString, ignored);
     QFETCH(QString, counted);
 
-    FormatInfo rtcm3(QStringLiteral("RTCM3"));
     LabelledTime time;
     time.setMillis(1000);
     TracerRecorder recorder;
     {
-        std::unique_ptr<MessageStatistics> statistics(
-            knownType ? new MessageStatistics(&mInfo, &time, nullptr)
-                      : new MessageStatistics(&mFormat, QStringLiteral("Pos"), &time, nullptr));
+        // Built over memory that is not blank, so that every member must be set.
+        alignas(MessageStatistics) unsigned char storage[sizeof(MessageStatistics)];
+        std::memset(storage, 1, sizeof storage); // every flag read as true
+        MessageStatistics *statistics = knownType
+            ? new (storage) MessageStatistics(&mInfo, &time, nullptr)
+            : new (storage) MessageStatistics(&mFormat, QStringLiteral("Pos"), &time, nullptr);
+        QVERIFY(!statistics->hasValidLastInterval());
+        QVERIFY(!statistics->hasUnstoredGaps());
         QCOMPARE(statistics->getMessageInfo(), knownType ? &mInfo : nullptr);
         QCOMPARE(statistics->getFormatInfo(), &mFormat);
         QCOMPARE(statistics->getMessageName(), QStringLiteral("Pos"));
@@ -142,6 +191,7 @@ void tst_MessageStatistics::acceptsOnlyItsOwnMessages()
             }
         }
         QCOMPARE(statistics->getCount(), 1u);
+        statistics->~MessageStatistics();
     }
     QCOMPARE(recorder.eventsOf(QStringLiteral("MessageStatistics")),
              QStringList({ "+MessageStatistics", "-MessageStatistics" }));
@@ -168,6 +218,7 @@ void tst_MessageStatistics::sequences_data()
     row("two different do not", "1000 2000 3500", "3 1 0 | 1000=1 1500=1 | 1500x1");
     row("no reaching back", "1000 2000 3500 5000", "4 1 0 | 1000=1 1500=2 | 1500x2");
     row("zero: repeats, not filled in", "1000 1000 1000", "3 1 0 | 0=2 | 0x2");
+    row("zero after another interval", "1000 2000 2000", "3 1 0 | 0=1 1000=1 | 0x1");
     row("negative: filled in, no repeat", "5000 4000 3000", "3 0 0 | -1000=3 | -1000x1");
     row("time going backwards", "3000 2000 2500", "3 1 0 | -1000=1 500=1 | 500x1");
     row("unknown time in the middle", "1000 0 3000 4000 5000", "5 2 1 | 1000=3 | 1000x2");
@@ -194,6 +245,7 @@ void tst_MessageStatistics::sequences_data()
     row("zero interval cancels", "rate 3000 5000", "0 0 |");
     row("negative interval cancels", "rate 2500 5500", "0 0 |");
     row("unknown time cancels", "rate 0 5000 7000", "0 0 |");
+    row("unknown time while detection is off", "rate off 0 on close:9000", "0 0 |");
     row("epoch closed one interval late", "rate close:4000", "1 1 | 4000:1:1000");
     row("late message after it", "rate close:4000 4500", "1 1 | 4000:1:1000");
     row("epoch closed too early", "rate close:3999", "0 0 |");
@@ -210,15 +262,17 @@ void tst_MessageStatistics::sequences_data()
     row("longer interval withdraws gaps", "rate 5000 7000", "2 2 |");
     // The gaps at 6000 and 10000 lie within two new intervals of 13000, the one at 4000 does not.
     row("only within two new intervals", "rate 5000 9000 13000", "3 7 | 4000:1:1000");
+    // 2^64 epochs: held at the largest count, all missing.
+    row("beyond 64 bits", "on 1 2 3 close:18446744073709551615", "1 -1 | 4:4294967295:1");
 
     // Whether since the newest message of any type at most one repeated interval has passed.
     aspect = QStringLiteral("regular");
-    row("newest within one interval", "1000 2000 3000 o4000", "yes");
-    row("newest later", "1000 2000 3000 o4001", "no");
-    row("newest without time", "1000 2000 3000 o0", "no");
-    row("newest earlier", "1000 2000 3000 o2500", "no");
-    row("one interval only", "1000 2000 o2500", "no");
-    row("zero intervals", "1000 1000 1000 o1000", "no");
+    row("newest within one interval", "1000 2000 3000 Status@4000", "yes");
+    row("newest later", "1000 2000 3000 Status@4001", "no");
+    row("newest without time", "1000 2000 3000 Status@0", "no");
+    row("newest earlier", "1000 2000 3000 Status@2500", "no");
+    row("one interval only", "1000 2000 Status@2500", "no");
+    row("zero intervals", "1000 1000 1000 Status@1000", "no");
 
     // Histogram 1000 -> 3, 500 -> 1, 2000 -> 1.
     char const steps[] = "1000 2000 3000 5000 5500";
@@ -315,6 +369,7 @@ void tst_MessageStatistics::texts_data()
     row("one millisecond", 1, "1000 Hz/0.001 s", "1000 Hz");
     row("four per second", 250, "4 Hz/0.25 s", "4 Hz");
     row("not dividing a second", 300, "0.3 s", "3.33333 Hz");
+    row("above one second, a multiple of 1001", 3003, "3.003 s", "");
     row("above one second, not whole", 1500, "1.5 s", "0.666667 Hz");
     row("a negative interval as unsigned", 18446744073709550616ULL, "1.84467e+16 s", "");
 }
@@ -347,17 +402,11 @@ void tst_MessageStatistics::report_data()
                 + rest;
     };
 
-    row("one message", "5000", 1, { "    Interval unknown:  1" });
+    // What the demonstration's report does not show.
     row("without time", "0 0", 2,
         { "    Interval unknown:  2", "       of which messages with time unknown:  2" });
-    row("intervals ascending, a stored gap", "rate 6000 6100", 5,
-        { "     10 Hz/0.1 s  :  1", "     1 Hz/1 s  :  3", "     3 s  :  1",
-          "  gaps:", "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
-          "  total number of gaps: 1", "  total number of epochs missing: 2" });
     row("gaps counted, none stored", "rate 5000 7000", 5,
         { "     1 Hz/1 s  :  3", "     2 s  :  2" });
-    row("negative interval", "2000 1000", 2,
-        { "     1.84467e+16 s  :  1", "    Interval unknown:  1" });
 }
 
 void tst_MessageStatistics::report()
@@ -369,6 +418,133 @@ void tst_MessageStatistics::report()
     WarningCapture capture;
     mStatistics->printStatistics();
     QCOMPARE(capture.debugLines(), lines);
+}
+
+void tst_MessageStatistics::routing_data()
+{
+    QTest::addColumn<QString>("messages");
+    QTest::addColumn<QString>("statistics");
+    auto row = [](char const *name, char const *messages, char const *statistics) {
+        QTest::newRow(name) << messages << statistics;
+    };
+
+    row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
+        "VEXA Pos*:2, VEXA Status*:1");
+    row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
+        "VEXA B1:2, VEXA B2:1");
+    // Both kinds share the "FORMAT name" keys.
+    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000", "VEXA Pos*:1");
+    row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
+        "VEXA Pos:1, VEXA Pos*:1");
+    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000", "VEXA Pos*:1, RTCM3 Pos:1");
+}
+
+void tst_MessageStatistics::routing()
+{
+    QFETCH(QString, messages);
+    QFETCH(QString, statistics);
+
+    mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
+    QCOMPARE(mCoordinator->getMessageSource(), &mSource);
+    run(messages);
+    QCOMPARE(this->statistics(), statistics);
+    QCOMPARE(mCoordinator->hasStatistics(&mInfo), statistics.contains(QLatin1String("Pos*")));
+    if (mCoordinator->hasStatistics(&mInfo))
+        QCOMPARE(mCoordinator->getMessageStatistics(&mFormat, QStringLiteral("Pos")),
+                 mCoordinator->getMessageStatistics(&mInfo));
+}
+
+void tst_MessageStatistics::gapDetectionRegistrationAndCloseEpoch()
+{
+    // Nothing to close yet.
+    mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
+    mCoordinator->closeEpoch();
+    QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
+
+    // Registered before the first message: on. Registered afterwards: only after a clear().
+    mCoordinator->enableGapDetection(&mInfo);
+    run(QStringLiteral("Pos@1000 Status@1000"));
+    mCoordinator->enableGapDetection(&mOther);
+    run(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 Status@3000"));
+    MessageStatistics *position = mCoordinator->getMessageStatistics(&mInfo);
+    MessageStatistics *status = mCoordinator->getMessageStatistics(&mOther);
+    QVERIFY(position->isGapDetectionEnabled());
+    QVERIFY(!status->isGapDetectionEnabled());
+    QVERIFY(!mCoordinator->getAllMessageStatistics().constLast()->isGapDetectionEnabled());
+
+    mTime.setMillis(4000);
+    mCoordinator->closeEpoch();
+    QCOMPARE(position->getNumberOfMissingEpochs(), 1);
+    QCOMPARE(status->getNumberOfMissingEpochs(), 0);
+
+    mCoordinator->clear();
+    run(QStringLiteral("Status@5000"));
+    QVERIFY(mCoordinator->getMessageStatistics(&mOther)->isGapDetectionEnabled());
+}
+
+void tst_MessageStatistics::eventsAndNewestMessageTime()
+{
+    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 0ULL);
+    run(QStringLiteral("Pos@5000"));
+    mTime.setMillis(9000);
+    for (MessageApiEvent::Type type :
+         { MessageApiEvent::CrcError, MessageApiEvent::ConnectionOpened,
+           MessageApiEvent::CrcError })
+        Q_EMIT mSource.newEvent(MessageApiEvent(type, QStringLiteral("VEXA CRC error"), nullptr));
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 2u);
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened), 1u);
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::DecoderError), 0u);
+    // Events are not messages: the newest message time stays.
+    QVERIFY(mCoordinator->hasValidLastMessageMillis());
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 5000ULL);
+
+    run(QStringLiteral("VEXA/B1@7000"));
+    QCOMPARE(mCoordinator->getLastMessageMillis(), 7000ULL);
+    run(QStringLiteral("Status@0"));
+    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
+    // A reading that the clock does not vouch for is kept all the same.
+    UnfixedClock clock;
+    MessageStatisticsCoordinator unfixed(&mSource, &clock);
+    clock.setMillis(1234);
+    Q_EMIT mSource.newUnknownMessage(&mFormat, QStringLiteral("B1"));
+    QVERIFY(!unfixed.hasValidLastMessageMillis());
+    QCOMPARE(unfixed.getLastMessageMillis(), 1234ULL);
+}
+
+void tst_MessageStatistics::clearAndDisconnect()
+{
+    mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
+    mCoordinator->disconnectFromSource();
+    TracerRecorder recorder;
+    auto *coordinator = new MessageStatisticsCoordinator(&mSource, &mTime);
+    MessageApiEvent const crcError(MessageApiEvent::CrcError, QStringLiteral("VEXA CRC error"),
+                                   nullptr);
+    Q_EMIT mSource.newEvent(crcError);
+    run(QStringLiteral("Pos@1000 VEXA/B1@2000"));
+    QPointer<MessageStatistics> known = coordinator->getMessageStatistics(&mInfo);
+    QPointer<MessageStatistics> unknownMessage = coordinator->getAllMessageStatistics().constLast();
+
+    coordinator->clear();
+    QVERIFY(known.isNull() && unknownMessage.isNull());
+    QVERIFY(!coordinator->hasStatistics(&mInfo));
+    QCOMPARE(coordinator->getEventCount(MessageApiEvent::CrcError), 0u);
+    QCOMPARE(coordinator->getLastMessageMillis(), 2000ULL);
+    QVERIFY(coordinator->hasValidLastMessageMillis());
+    // Still listening: the next message starts afresh.
+    run(QStringLiteral("Pos@3000"));
+    QPointer<MessageStatistics> fresh = coordinator->getMessageStatistics(&mInfo);
+    QCOMPARE(coordinator->getAllMessageStatistics(), QList<MessageStatistics *> { fresh });
+    QCOMPARE(fresh->getCount(), 1u);
+    delete coordinator;
+    QVERIFY(fresh.isNull());
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageStatisticsCoordinator")),
+             QStringList({ "+MessageStatisticsCoordinator", "-MessageStatisticsCoordinator" }));
+
+    // The disconnected coordinator saw none of it.
+    QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
+    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 0u);
+    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
 }
 
 QTEST_GUILESS_MAIN(tst_MessageStatistics)
