@@ -13,6 +13,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 #include <random>
@@ -20,6 +21,7 @@
 using Parts = PathExpression::Parts;
 using Messages = QVector<MessageInfo const *>;
 using Fields = QVector<FieldInfo const *>;
+using InfoSet = QSet<MessageInfo const *>;
 
 namespace {
 constexpr int F = PathExpression::FormatPart;
@@ -115,8 +117,6 @@ private Q_SLOTS:
 
     void syntax_data();
     void syntax();
-    void matchesName_data();
-    void matchesName();
     void matchesNameAsWildcardRegExp_data();
     void matchesNameAsWildcardRegExp();
     void matchesNameAsWildcardRegExpOnRandomText();
@@ -131,6 +131,8 @@ private Q_SLOTS:
     void evaluationAsLiteralWalk_data();
     void evaluationAsLiteralWalk();
     void evaluationFollowsDictionaryChanges();
+    void infoSetEmitsOnlyWhenContentsChange();
+    void infoSetFlipsBetweenGeodeticAndCartesian();
 
 private:
     DictionaryFixture *mDictionary = nullptr;
@@ -180,104 +182,59 @@ void tst_PathExpression::syntax()
     QCOMPARE(pathExpression.maybeAppendWildCard(text), text + QLatin1Char('*'));
 }
 
-void tst_PathExpression::matchesName_data()
-{
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("matching"); // names, space-separated ("A " holds the empty name)
-    QTest::addColumn<QString>("others");
-    auto row = [](char const *name, char const *pattern, char const *matching, char const *others) {
-        QTest::newRow(name) << pattern << matching << others;
-    };
-
-    row("whole name, any case", "pos*", "PosCartesian pos", "APos");
-    row("alternatives", "Lon|Lat", "Lat lon", "LonLat");
-    row("an empty alternative", "Lon|", "Lon ", "Lat");
-    row("separator acts as wildcard", "A:B", "AB AxyzB", "A");
-    row("one character", "L?t", "Lat", "Lt Laat");
-    row("character set", "Pos[0-9]", "Pos3", "PosX");
-    row("no regular expression", "a+b", "a+b", "aab ab");
-}
-
-void tst_PathExpression::matchesName()
-{
-    QFETCH(QString, pattern);
-    QFETCH(QString, matching);
-    QFETCH(QString, others);
-
-    for (QString const &name : matching.split(QLatin1Char(' ')))
-        QVERIFY2(PathExpression().matchesName(name, pattern), qPrintable(name));
-    for (QString const &name : others.split(QLatin1Char(' ')))
-        QVERIFY2(!PathExpression().matchesName(name, pattern), qPrintable(name));
-}
-
 void tst_PathExpression::matchesNameAsWildcardRegExp_data()
 {
-    QTest::addColumn<QString>("pattern");
+    // Every pattern is tried on every name.
+    QTest::addColumn<QStringList>("patterns");
     QTest::addColumn<QStringList>("names");
+    auto utf8 = [](char const *text) { return QString::fromUtf8(text); };
 
-    QStringList const letters { "Lat", "lat", "LAT", "", "L", "Lt", "Laat", "PosLat", "Lat3" };
-    QTest::newRow("set of digits")
-        << "Pos[0-9]" << QStringList { "Pos3", "PosX", "Pos", "Pos10", "pos0" };
-    QTest::newRow("negated set") << "Pos[^0-9]" << QStringList { "Pos3", "PosX", "Posx", "Pos" };
-    QTest::newRow("range written backwards") << "[z-a]x" << QStringList { "bx", "Zx", "0x", "x" };
-    QTest::newRow("dash at either end of a set")
-        << "[-a][b-]" << QStringList { "-b", "a-", "A-", "ab", "--", "bb" };
-    QTest::newRow("caret not first in a set") << "[a^]" << QStringList { "a", "^", "b", "A" };
-    QTest::newRow("set over letters of both cases")
-        << "[A-C]at" << QStringList { "bat", "Cat", "dat", "[at" };
-    QTest::newRow("negated set, case") << "[^a]" << QStringList { "a", "A", "b", "B" };
-    QTest::newRow("set with non-ASCII letters")
-        << QString::fromUtf8("[\xc3\xa9-\xc3\xab]t")
-        << QStringList { QString::fromUtf8("\xc3\x89t"), QString::fromUtf8("\xc3\xa8t"), "et" };
-    QTest::newRow("set holding an opening bracket") << "[[a]" << QStringList { "[", "a", "]" };
-    QTest::newRow("set starting with a closing bracket")
-        << "[]a]" << QStringList { "]", "a", "]a]", "" };
-    QTest::newRow("empty set") << "Pos[]" << QStringList { "Pos", "Pos[]", "Pos]" };
-    QTest::newRow("unterminated set") << "Pos[0-9" << QStringList { "Pos3", "Pos[0-9" };
-    QTest::newRow("closing bracket alone") << "Pos]" << QStringList { "Pos]", "Pos" };
-    QTest::newRow("one character each") << "L?t" << letters;
-    QTest::newRow("only one-character wildcards") << "??" << letters;
-    QTest::newRow("separators as wildcards") << "L:t" << letters;
-    QTest::newRow("only separators") << "::" << letters;
-    QTest::newRow("empty pattern") << "" << letters;
-    QTest::newRow("only empty alternatives") << "|" << letters;
-    QTest::newRow("empty alternative first") << "|Lat" << letters;
-    QTest::newRow("case of pattern and name") << "lAt" << letters;
-    QTest::newRow("prefix") << "la*" << letters;
-    QTest::newRow("suffix") << "*AT" << letters;
-    QTest::newRow("infix") << "*a*" << letters;
-    QTest::newRow("stars around several pieces") << "*a**t*" << letters;
-    QTest::newRow("regular expression characters in the pattern")
-        << ".|a+b|(x)|$x|^x|x{1}|a.b" << QStringList { ".",  "x",  "a+b",  "aab", "(x)", "x",
-                                                       "$x", "^x", "x{1}", "xx",  "a.b", "axb" };
-    QTest::newRow("regular expression characters in names")
-        << "*.*|*(*|*\\*" << QStringList { "a.b", "ab", "f(x)", "a\\b", "a+b", "$" };
-    QTest::newRow("backslash before a wildcard")
-        << "a\\*b" << QStringList { "a*b", "a\\*b", "a\\xb", "ab", "axb" };
-    QTest::newRow("backslash before a letter")
-        << "a\\b" << QStringList { "a\\b", "ab", "a\\\\b", "a\\B" };
-    QTest::newRow("backslash at the end") << "a\\" << QStringList { "a\\", "a", "a\\\\" };
-    QTest::newRow("backslash in a set") << "[\\d]" << QStringList { "\\", "d", "1", "D" };
-    QTest::newRow("letters that lower to ASCII")
-        << "k|i" << QStringList { QString(QChar(0x212a)), QString(QChar(0x130)), "K", "I" };
-    QTest::newRow("sharp s and its capital")
-        << QStringLiteral("stra\u00df*")
-        << QStringList { QStringLiteral("STRA\u00dfE"), "STRASSE", QStringLiteral("Stra\u1e9ee") };
-    QTest::newRow("surrogate pairs are two characters")
-        << "?|??" << QStringList { QString::fromUtf8("\xf0\x9f\x98\x80"), "a" };
+    QTest::newRow("wildcards, separators and alternatives over letters")
+        << QStringList { "L?t", "??",  "L:t", "::",  "",       "|",    "|Lat",
+                         "lAt", "la*", "*AT", "*a*", "*a**t*", "Lon|", "A:B" }
+        << QStringList { "Lat",  "lat",    "LAT",  "",    "L",     "Lt",
+                         "Laat", "PosLat", "Lat3", "Lon", "AxyzB", "AB" };
+    QTest::newRow("sets, also empty, unterminated or with brackets in them")
+        << QStringList { "Pos[0-9]", "Pos[^0-9]", "[z-a]x", "[-a][b-]", "[a^]",    "[A-C]at",
+                         "[^a]",     "[[a]",      "[]a]",   "Pos[]",    "Pos[0-9", "Pos]" }
+        << QStringList { "Pos3", "PosX", "Pos", "Pos10", "pos0",  "bx",   "Zx",     "0x",
+                         "x",    "-b",   "a-",  "A-",    "ab",    "--",   "bb",     "a",
+                         "^",    "b",    "A",   "B",     "bat",   "Cat",  "dat",    "[at",
+                         "[",    "]",    "]a]", "",      "Pos[]", "Pos]", "Pos[0-9" };
+    QTest::newRow("regular expression characters and backslashes") << QStringList {
+        ".|a+b|(x)|$x|^x|x{1}|a.b", "*.*|*(*|*\\*", "a\\*b", "a\\b", "a\\", "[\\d]"
+    } << QStringList { ".",      "x",    "a+b", "aab",  "(x)",  "$x", "^x",  "x{1}",  "xx",
+                       "a.b",    "axb",  "ab",  "f(x)", "a\\b", "$",  "a*b", "a\\*b", "a\\xb",
+                       "a\\\\b", "a\\B", "a\\", "a",    "\\",   "d",  "1",   "D" };
+    QTest::newRow("non-ASCII letters and case")
+        << QStringList { utf8("[\xc3\xa9-\xc3\xab]t"), "k|i", QStringLiteral("stra\u00df*"),
+                         "?|??" }
+        << QStringList { utf8("\xc3\x89t"),
+                         utf8("\xc3\xa8t"),
+                         "et",
+                         QString(QChar(0x212a)),
+                         QString(QChar(0x130)),
+                         "K",
+                         "I",
+                         QStringLiteral("STRA\u00dfE"),
+                         "STRASSE",
+                         QStringLiteral("Stra\u1e9ee"),
+                         utf8("\xf0\x9f\x98\x80"),
+                         "a" };
 }
 
 void tst_PathExpression::matchesNameAsWildcardRegExp()
 {
-    QFETCH(QString, pattern);
+    QFETCH(QStringList, patterns);
     QFETCH(QStringList, names);
 
     PathExpression const expression;
-    for (QString const &name : names) {
-        bool const expected = literalMatchesName(name, pattern);
-        QVERIFY2(expression.matchesName(name, pattern) == expected,
-                 qPrintable(QStringLiteral("name \"%1\" should %2match")
-                                .arg(name, expected ? QString() : QStringLiteral("not "))));
+    for (QString const &pattern : patterns) {
+        for (QString const &name : names) {
+            bool const expected = literalMatchesName(name, pattern);
+            QVERIFY2(expression.matchesName(name, pattern) == expected,
+                     qPrintable(QStringLiteral("pattern \"%1\", name \"%2\"").arg(pattern, name)));
+        }
     }
 }
 
@@ -626,6 +583,74 @@ void tst_PathExpression::evaluationFollowsDictionaryChanges()
     QVERIFY(expression.getMatchingFieldInfos().isEmpty());
     format.reset();
     QVERIFY(expression.getMatchingFieldInfos().isEmpty());
+}
+
+void tst_PathExpression::infoSetEmitsOnlyWhenContentsChange()
+{
+    MessageInfo const infos[3] { MessageInfo(QStringLiteral("A")), MessageInfo(QStringLiteral("B")),
+                                 MessageInfo(QStringLiteral("C")) };
+    auto set = [&infos](QString const &names) {
+        InfoSet result;
+        for (QChar name : names)
+            result.insert(&infos[name.toLatin1() - 'A']);
+        return result;
+    };
+    MessageInfoSet infoSet;
+    QSignalSpy spy(&infoSet, &MessageInfoSet::changed);
+    QStringList contents, emissions;
+    // "+B" add, "-B" remove, "=BC" set the contents, "clear"; a step that changes nothing must
+    // not emit.
+    for (QString const &step :
+         QStringLiteral("+A +B +B -C -B =BA =AB =A =C clear clear").split(' ')) {
+        if (step == QLatin1String("clear"))
+            infoSet.clear();
+        else if (step.startsWith(QLatin1Char('+')))
+            infoSet.addMessageInfo(*set(step.mid(1)).cbegin());
+        else if (step.startsWith(QLatin1Char('-')))
+            infoSet.removeMessageInfo(*set(step.mid(1)).cbegin());
+        else
+            infoSet.setContents(set(step.mid(1)));
+        QStringList names;
+        for (MessageInfo const *info : infoSet.getMessageInfos())
+            names.append(info->getName());
+        names.sort();
+        contents.append(names.join(QString()));
+        emissions.append(QString::number(spy.count()));
+    }
+    QCOMPARE(contents.join(QLatin1Char(' ')), QStringLiteral("A AB AB AB A AB AB A C  "));
+    QCOMPARE(emissions.join(QLatin1Char(' ')), QStringLiteral("1 2 2 2 3 4 4 5 6 7 7"));
+}
+
+void tst_PathExpression::infoSetFlipsBetweenGeodeticAndCartesian()
+{
+    DictionaryFixture &dictionary = *mDictionary;
+    InfoSet const geodetic { dictionary.posGeod(), dictionary.velGeod() };
+    InfoSet const cartesian { dictionary.posCart(), dictionary.velCart() };
+    TracerRecorder recorder;
+    {
+        MessageInfoSet infoSet;
+        infoSet.setContents({ dictionary.diffCorrIn() });
+        QSignalSpy spy(&infoSet, &MessageInfoSet::changed);
+        infoSet.startFlipping();
+        QCOMPARE(infoSet.findChildren<QTimer *>().size(), 1);
+        auto *timer = infoSet.findChild<QTimer *>();
+        QVERIFY(timer->isActive() && !timer->isSingleShot());
+        QCOMPARE(timer->interval(), 2000);
+        QCOMPARE(infoSet.getMessageInfos(), InfoSet { dictionary.diffCorrIn() });
+
+        // The period is checked above; shorten it so that the flips come without slowing the
+        // suite.
+        timer->setInterval(1);
+        for (int flip = 1; flip <= 4; ++flip) {
+            QVERIFY(spy.wait());
+            QCOMPARE(spy.count(), flip);
+            QCOMPARE(infoSet.getMessageInfos(), flip % 2 ? geodetic : cartesian);
+        }
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageInfoSet")),
+             QStringList({ "+MessageInfoSet", "-MessageInfoSet" }));
+    // The exported flag is kept for old applications only; the flip state is the set's own.
+    QVERIFY(!mCurrentlyCart);
 }
 
 QTEST_GUILESS_MAIN(tst_PathExpression)
