@@ -10,13 +10,12 @@
 #include "tracerrecorder.h"
 #include "warningcapture.h"
 
-#include <QPointer>
 #include <QRegularExpression>
 #include <QTest>
 
 // The sources of messages: the multiplexer, the decoder's code table, and the adapter that
-// feeds a decoder from an application's parser. The whole flow on a real stream is run by
-// tst_messageapidemo.
+// feeds a decoder from an application's parser. The whole flow on a real stream, blocks from
+// the parser's buffer included, is run by tst_messageapidemo.
 class tst_MessageSource : public QObject
 {
     Q_OBJECT
@@ -26,7 +25,6 @@ private Q_SLOTS:
     void multiplexer();
     void decoderCodeTable_data();
     void decoderCodeTable();
-    void adapterDecodesSignalledBlocks();
     void adapterPassesEventsOn();
     void adapterWarnsAboutMissingSignals_data();
     void adapterWarnsAboutMissingSignals();
@@ -134,24 +132,6 @@ void tst_MessageSource::decoderCodeTable()
     QCOMPARE(decoder.enabledCalls, calls);
     QCOMPARE(decoder.disabledCalls, calls);
     QCOMPARE(decoder.queriedCodes, calls);
-}
-
-void tst_MessageSource::adapterDecodesSignalledBlocks()
-{
-    auto *parser = new TestParser;
-    RecordingDecoder decoder;
-    QPointer<ParseMessagesAdapter> adapter(
-        new ParseMessagesAdapter(parser, nullptr, parser->buffer(), &decoder));
-    parser->deliverBlock(1, QByteArray("\xB5\x01\x00\x00", 4));
-    parser->deliverBlock(0xFFFFFFFFu, "abcdef"); // the id is not used
-
-    QCOMPARE(decoder.decodeCalls.size(), 2);
-    QCOMPARE(decoder.decodeCalls[0].bytes, QByteArray("\xB5\x01\x00\x00", 4));
-    QCOMPARE(decoder.decodeCalls[1].bytes, QByteArray("abcdef"));
-    for (auto const &call : decoder.decodeCalls)
-        QCOMPARE(call.buffer, reinterpret_cast<uint8_t const *>(parser->buffer()));
-    delete parser;
-    QVERIFY(adapter.isNull()); // the adapter dies with its parser
 }
 
 // One function on purpose: the CRC format is looked up once per process, at the first CRC error.

@@ -402,7 +402,10 @@ void tst_MessageStatistics::report_data()
                 + rest;
     };
 
-    // What the demonstration's report does not show.
+    row("intervals ascending, a stored gap", "rate 6000 6100", 5,
+        { "     10 Hz/0.1 s  :  1", "     1 Hz/1 s  :  3", "     3 s  :  1",
+          "  gaps:", "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
+          "  total number of gaps: 1", "  total number of epochs missing: 2" });
     row("without time", "0 0", 2,
         { "    Interval unknown:  2", "       of which messages with time unknown:  2" });
     row("gaps counted, none stored", "rate 5000 7000", 5,
