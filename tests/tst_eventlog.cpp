@@ -3,12 +3,9 @@
 #include "messagesource.h"
 #include "timesource.h"
 
-#include <QLocale>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
-
-#include <limits>
 
 // The event log and the receiver clock that stamps its entries.
 class tst_EventLog : public QObject
@@ -22,7 +19,6 @@ private Q_SLOTS:
     void stamping();
     void clockTime_data();
     void clockTime();
-    void clockMillisToString();
 };
 
 namespace {
@@ -183,17 +179,6 @@ void tst_EventLog::clockTime()
         times << (time.isNull() ? QStringLiteral("-") : QString::number(epoch.secsTo(time)));
     }
     QCOMPARE(times.join(QLatin1Char(' ')), seconds);
-}
-
-void tst_EventLog::clockMillisToString()
-{
-    // A locale that groups digits, so that locale-dependent rendering would show.
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    TimeSource clock;
-    QCOMPARE(clock.millisToString(0), QStringLiteral("0"));
-    QCOMPARE(clock.millisToString(std::numeric_limits<unsigned long long>::max()),
-             QStringLiteral("18446744073709551615"));
-    QLocale::setDefault(QLocale::c());
 }
 
 QTEST_GUILESS_MAIN(tst_EventLog)
