@@ -69,19 +69,18 @@ private Q_SLOTS:
     void texts();
     void report_data();
     void report();
-    void routing_data();
-    void routing();
-    void gapDetectionRegistrationAndCloseEpoch();
-    void eventsAndNewestMessageTime();
-    void clearAndDisconnect();
+    void coordinator_data();
+    void coordinator();
+    void coordinatorLifetime();
 
 private:
     /**
      * Sends the space-separated steps through the coordinator: "1000" a Pos message at 1000 ms,
      * "0" one while the time is unknown, "Status@1000" a message of that type, "RTCM3/B2@2000"
-     * an unknown one of that format and name, "close:4000" an epoch closed at 4000 ms, "on" and
-     * "off" gap detection of Pos switched, "rate" for "on 1000 2000 3000", "copy" the histogram
-     * handed out into mHandedOut.
+     * an unknown one of that format and name, "crc@9000" and "opened@9000" an event of that
+     * type, "close:4000" an epoch closed at 4000 ms, "on" and "off" gap detection of Pos
+     * switched, "rate" for "on 1000 2000 3000", "copy" the histogram handed out into mHandedOut,
+     * "gap:Pos" gap detection registered with the coordinator, "clear" the coordinator cleared.
      */
     void run(QString const &steps)
     {
@@ -95,6 +94,16 @@ private:
                 mHandedOut = mStatistics->getIntervalCountHash();
             } else if (step == QLatin1String("on") || step == QLatin1String("off")) {
                 mStatistics->setGapDetectionEnabled(step == QLatin1String("on"));
+            } else if (step == QLatin1String("clear")) {
+                mCoordinator->clear();
+            } else if (step.startsWith(QLatin1String("gap:"))) {
+                mCoordinator->enableGapDetection(mFormat.getMessageInfo(step.mid(4)));
+            } else if (name == QLatin1String("crc") || name == QLatin1String("opened")) {
+                mTime.setMillis(step.section(QLatin1Char('@'), 1).toULongLong());
+                Q_EMIT mSource.newEvent(MessageApiEvent(name == QLatin1String("crc")
+                                                            ? MessageApiEvent::CrcError
+                                                            : MessageApiEvent::ConnectionOpened,
+                                                        QString(), nullptr));
             } else if (step.startsWith(QLatin1String("close:"))) {
                 mTime.setMillis(step.mid(6).toULongLong());
                 mCoordinator->closeEpoch();
@@ -112,7 +121,8 @@ private:
     }
 
     /// Every statistics object in creation order as "FORMAT name:count", with "*" after the
-    /// name when the object is the one of a known type.
+    /// name when the object is the one of a known type, and "~missing epochs" after the count
+    /// when it detects gaps.
     QString statistics() const
     {
         QStringList entries;
@@ -124,6 +134,8 @@ private:
                                     statistics->getMessageName(),
                                     ofInfo ? QStringLiteral("*") : QString())
                                .arg(statistics->getCount()));
+            if (statistics->isGapDetectionEnabled())
+                entries.last() += QStringLiteral("~%1").arg(statistics->getNumberOfMissingEpochs());
             if (statistics->parent() != mCoordinator.get())
                 entries.last() += QStringLiteral(" (other parent)");
         }
@@ -423,89 +435,88 @@ void tst_MessageStatistics::report()
     QCOMPARE(capture.debugLines(), lines);
 }
 
-void tst_MessageStatistics::routing_data()
+void tst_MessageStatistics::coordinator_data()
 {
-    QTest::addColumn<QString>("messages");
-    QTest::addColumn<QString>("statistics");
-    auto row = [](char const *name, char const *messages, char const *statistics) {
-        QTest::newRow(name) << messages << statistics;
+    QTest::addColumn<QString>("steps"); // run() on a new coordinator
+    QTest::addColumn<QString>("expected"); // statistics(), CRC and opened events, newest time
+    auto row = [](char const *name, char const *steps, char const *expected) {
+        QTest::newRow(name) << steps << expected;
     };
 
+    row("nothing to close", "close:4000", " | events 0/0 | last 0?");
     row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
-        "VEXA Pos*:2, VEXA Status*:1");
+        "VEXA Pos*:2, VEXA Status*:1 | events 0/0 | last 2000");
     row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
-        "VEXA B1:2, VEXA B2:1");
+        "VEXA B1:2, VEXA B2:1 | events 0/0 | last 3000");
     // Both kinds share the "FORMAT name" keys.
-    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000", "VEXA Pos*:1");
+    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000",
+        "VEXA Pos*:1 | events 0/0 | last 2000");
     row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
-        "VEXA Pos:1, VEXA Pos*:1");
-    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000", "VEXA Pos*:1, RTCM3 Pos:1");
+        "VEXA Pos:1, VEXA Pos*:1 | events 0/0 | last 3000");
+    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000",
+        "VEXA Pos*:1, RTCM3 Pos:1 | events 0/0 | last 2000");
+    // Gap detection goes to the types registered before their first message, or a clear().
+    row("gap detection for types registered in time",
+        "gap:Pos Pos@1000 Status@1000 gap:Status RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 "
+        "Status@3000 close:4000",
+        "VEXA Pos*:3~1, VEXA Status*:3, RTCM3 Pos:1 | events 0/0 | last 3000");
+    row("gap detection after a clear", "Pos@1000 gap:Pos clear Pos@5000",
+        "VEXA Pos*:1~0 | events 0/0 | last 5000");
+    // Events are not messages: the newest message time stays.
+    row("events counted by type", "Pos@5000 crc@9000 opened@9000 crc@9000",
+        "VEXA Pos*:1 | events 2/1 | last 5000");
+    row("the newest message of either kind", "Pos@5000 VEXA/B1@7000",
+        "VEXA Pos*:1, VEXA B1:1 | events 0/0 | last 7000");
+    row("the newest message without time", "Pos@5000 Status@0",
+        "VEXA Pos*:1, VEXA Status*:1 | events 0/0 | last 0?");
+    row("a clear keeps the newest time", "crc@500 Pos@1000 VEXA/B1@2000 clear",
+        " | events 0/0 | last 2000");
 }
 
-void tst_MessageStatistics::routing()
+void tst_MessageStatistics::coordinator()
 {
-    QFETCH(QString, messages);
-    QFETCH(QString, statistics);
+    QFETCH(QString, steps);
+    QFETCH(QString, expected);
 
     mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
-    QCOMPARE(mCoordinator->getMessageSource(), &mSource);
-    run(messages);
-    QCOMPARE(this->statistics(), statistics);
-    QCOMPARE(mCoordinator->hasStatistics(&mInfo), statistics.contains(QLatin1String("Pos*")));
+    run(steps);
+    QCOMPARE(QStringLiteral("%1 | events %2/%3 | last %4%5")
+                 .arg(statistics())
+                 .arg(mCoordinator->getEventCount(MessageApiEvent::CrcError))
+                 .arg(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened))
+                 .arg(mCoordinator->getLastMessageMillis())
+                 .arg(mCoordinator->hasValidLastMessageMillis() ? "" : "?"),
+             expected);
+    QCOMPARE(mCoordinator->hasStatistics(&mInfo), expected.contains(QLatin1String("Pos*")));
     if (mCoordinator->hasStatistics(&mInfo))
         QCOMPARE(mCoordinator->getMessageStatistics(&mFormat, QStringLiteral("Pos")),
                  mCoordinator->getMessageStatistics(&mInfo));
 }
 
-void tst_MessageStatistics::gapDetectionRegistrationAndCloseEpoch()
+void tst_MessageStatistics::coordinatorLifetime()
 {
-    // Nothing to close yet.
     mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
-    mCoordinator->closeEpoch();
+    mCoordinator->disconnectFromSource();
+    TracerRecorder recorder;
+    auto *coordinator = new MessageStatisticsCoordinator(&mSource, &mTime);
+    QCOMPARE(coordinator->getMessageSource(), &mSource);
+    run(QStringLiteral("Pos@1000 VEXA/B1@2000"));
+    QPointer<MessageStatistics> known = coordinator->getMessageStatistics(&mInfo);
+    QPointer<MessageStatistics> unknownMessage = coordinator->getAllMessageStatistics().constLast();
+    coordinator->clear();
+    QVERIFY(known.isNull() && unknownMessage.isNull());
+    // Still listening: the next message starts afresh.
+    run(QStringLiteral("Pos@3000"));
+    QPointer<MessageStatistics> fresh = coordinator->getMessageStatistics(&mInfo);
+    QCOMPARE(coordinator->getAllMessageStatistics(), QList<MessageStatistics *> { fresh });
+    delete coordinator;
+    QVERIFY(fresh.isNull());
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageStatisticsCoordinator")),
+             QStringList({ "+MessageStatisticsCoordinator", "-MessageStatisticsCoordinator" }));
+    // The disconnected coordinator saw none of it.
     QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
-
-    // Registered before the first message: on. Registered afterwards: only after a clear().
-    mCoordinator->enableGapDetection(&mInfo);
-    run(QStringLiteral("Pos@1000 Status@1000"));
-    mCoordinator->enableGapDetection(&mOther);
-    run(QStringLiteral("RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 Status@3000"));
-    MessageStatistics *position = mCoordinator->getMessageStatistics(&mInfo);
-    MessageStatistics *status = mCoordinator->getMessageStatistics(&mOther);
-    QVERIFY(position->isGapDetectionEnabled());
-    QVERIFY(!status->isGapDetectionEnabled());
-    QVERIFY(!mCoordinator->getAllMessageStatistics().constLast()->isGapDetectionEnabled());
-
-    mTime.setMillis(4000);
-    mCoordinator->closeEpoch();
-    QCOMPARE(position->getNumberOfMissingEpochs(), 1);
-    QCOMPARE(status->getNumberOfMissingEpochs(), 0);
-
-    mCoordinator->clear();
-    run(QStringLiteral("Status@5000"));
-    QVERIFY(mCoordinator->getMessageStatistics(&mOther)->isGapDetectionEnabled());
-}
-
-void tst_MessageStatistics::eventsAndNewestMessageTime()
-{
     QVERIFY(!mCoordinator->hasValidLastMessageMillis());
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 0ULL);
-    run(QStringLiteral("Pos@5000"));
-    mTime.setMillis(9000);
-    for (MessageApiEvent::Type type :
-         { MessageApiEvent::CrcError, MessageApiEvent::ConnectionOpened,
-           MessageApiEvent::CrcError })
-        Q_EMIT mSource.newEvent(MessageApiEvent(type, QStringLiteral("VEXA CRC error"), nullptr));
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 2u);
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened), 1u);
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::DecoderError), 0u);
-    // Events are not messages: the newest message time stays.
-    QVERIFY(mCoordinator->hasValidLastMessageMillis());
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 5000ULL);
 
-    run(QStringLiteral("VEXA/B1@7000"));
-    QCOMPARE(mCoordinator->getLastMessageMillis(), 7000ULL);
-    run(QStringLiteral("Status@0"));
-    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
     // A reading that the clock does not vouch for is kept all the same.
     UnfixedClock clock;
     MessageStatisticsCoordinator unfixed(&mSource, &clock);
@@ -513,41 +524,6 @@ void tst_MessageStatistics::eventsAndNewestMessageTime()
     Q_EMIT mSource.newUnknownMessage(&mFormat, QStringLiteral("B1"));
     QVERIFY(!unfixed.hasValidLastMessageMillis());
     QCOMPARE(unfixed.getLastMessageMillis(), 1234ULL);
-}
-
-void tst_MessageStatistics::clearAndDisconnect()
-{
-    mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
-    mCoordinator->disconnectFromSource();
-    TracerRecorder recorder;
-    auto *coordinator = new MessageStatisticsCoordinator(&mSource, &mTime);
-    MessageApiEvent const crcError(MessageApiEvent::CrcError, QStringLiteral("VEXA CRC error"),
-                                   nullptr);
-    Q_EMIT mSource.newEvent(crcError);
-    run(QStringLiteral("Pos@1000 VEXA/B1@2000"));
-    QPointer<MessageStatistics> known = coordinator->getMessageStatistics(&mInfo);
-    QPointer<MessageStatistics> unknownMessage = coordinator->getAllMessageStatistics().constLast();
-
-    coordinator->clear();
-    QVERIFY(known.isNull() && unknownMessage.isNull());
-    QVERIFY(!coordinator->hasStatistics(&mInfo));
-    QCOMPARE(coordinator->getEventCount(MessageApiEvent::CrcError), 0u);
-    QCOMPARE(coordinator->getLastMessageMillis(), 2000ULL);
-    QVERIFY(coordinator->hasValidLastMessageMillis());
-    // Still listening: the next message starts afresh.
-    run(QStringLiteral("Pos@3000"));
-    QPointer<MessageStatistics> fresh = coordinator->getMessageStatistics(&mInfo);
-    QCOMPARE(coordinator->getAllMessageStatistics(), QList<MessageStatistics *> { fresh });
-    QCOMPARE(fresh->getCount(), 1u);
-    delete coordinator;
-    QVERIFY(fresh.isNull());
-    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageStatisticsCoordinator")),
-             QStringList({ "+MessageStatisticsCoordinator", "-MessageStatisticsCoordinator" }));
-
-    // The disconnected coordinator saw none of it.
-    QVERIFY(mCoordinator->getAllMessageStatistics().isEmpty());
-    QCOMPARE(mCoordinator->getEventCount(MessageApiEvent::CrcError), 0u);
-    QVERIFY(!mCoordinator->hasValidLastMessageMillis());
 }
 
 QTEST_GUILESS_MAIN(tst_MessageStatistics)
