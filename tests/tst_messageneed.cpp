@@ -322,37 +322,29 @@ void tst_MessageNeed::adapterFollowsEveryChangeInTheManagersOrder()
 
 void tst_MessageNeed::adapterWithoutDiffCorrIn_data()
 {
-    QTest::addColumn<int>("diffCorrInCount");
+    QTest::addColumn<int>("dictionaries"); // alive while the adapter is built
     QTest::newRow("none") << 0;
     QTest::newRow("ambiguous") << 2;
 }
 
 void tst_MessageNeed::adapterWithoutDiffCorrIn()
 {
-    QFETCH(int, diffCorrInCount);
+    QFETCH(int, dictionaries);
 
-    // A dictionary of its own, in which the correction input is missing or ambiguous.
-    TestFieldInfo number(QStringLiteral("BlockNumber"), FieldType::u(16));
-    FormatInfo vexa(QStringLiteral("VEXA")), rtcm3(QStringLiteral("RTCM3"));
-    MessageInfo position(QStringLiteral("PosCart")), correction(QStringLiteral("Type1004"));
-    position.setFormatInfo(&vexa);
-    position.addDiscriminantValue(&number, FieldValue::u(4006, 16));
-    correction.setFormatInfo(&rtcm3);
-    MessageInfo diffCorrIns[2] { MessageInfo(QStringLiteral("DiffCorrIn")),
-                                 MessageInfo(QStringLiteral("DiffCorrIn")) };
-    for (int i = 0; i < diffCorrInCount; ++i) {
-        diffCorrIns[i].addFieldInfo(&number, 0);
-        vexa.addMessageInfo(&diffCorrIns[i]);
-    }
-
+    std::unique_ptr<DictionaryFixture> const earlier[2] {
+        dictionaries > 0 ? std::make_unique<DictionaryFixture>() : nullptr,
+        dictionaries > 1 ? std::make_unique<DictionaryFixture>() : nullptr
+    };
     MessageNeedManager manager;
     WarningCapture warnings;
     MessageNeedManagerAdapter adapter(&manager);
     QCOMPARE(warnings.warnings(),
              QStringList { "MessageNeedManagerAdapter::MessageNeedManagerAdapter: VEXA DiffCorrIn "
                            "message info not available!" });
+    // Corrections are dropped then; main messages are still listed.
+    DictionaryFixture dictionary;
     MessageNeed need(&manager);
-    need.setMessagesNeeded({ &correction, &position });
+    need.setMessagesNeeded({ dictionary.message("RTCM3", "Type1004"), dictionary.posCart() });
     QCOMPARE(adapter.getRequiredMessagesList(), Numbers { 4006 });
 }
 
