@@ -65,12 +65,6 @@ private Q_SLOTS:
     void sequences_data();
     void sequences();
     void gapStoreLimit();
-    void texts_data();
-    void texts();
-    void report_data();
-    void report();
-    void coordinator_data();
-    void coordinator();
     void coordinatorLifetime();
 
 private:
@@ -201,7 +195,9 @@ void tst_MessageStatistics::sequences_data()
     // What is compared after the steps (see run()):
     // "counts": "count unknownInterval unknownTime | interval=count … | lastInterval x repeats";
     // "gaps": "gaps missingEpochs | start:missing:interval …" of the stored gaps;
-    // "regular": isCurrentlyRegular(); "frequent N": getIntervalsSortedOnFrequency(N), ascending.
+    // "regular": isCurrentlyRegular(); "frequent N": getIntervalsSortedOnFrequency(N), ascending;
+    // "texts": "interval, rate" of the steps' number (the rate may be left out); "report": the
+    // printed lines; "coordinator": statistics(), CRC and opened events, newest time.
     QTest::addColumn<QString>("aspect");
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("expected");
@@ -284,6 +280,68 @@ void tst_MessageStatistics::sequences_data()
     row("negative: all", steps, "500 1000 2000");
     aspect = QStringLiteral("frequent 1");
     row("a tie at the top", "1000 2000 4000 6000 7000", "1000 2000");
+
+    aspect = QStringLiteral("texts");
+    row("one second", "1000", "1 Hz/1 s, 1 Hz");
+    row("whole seconds", "2000", "2 s, 0.5 Hz");
+    row("zero", "0", "0 s");
+    row("one millisecond", "1", "1000 Hz/0.001 s, 1000 Hz");
+    row("four per second", "250", "4 Hz/0.25 s, 4 Hz");
+    row("not dividing a second", "300", "0.3 s, 3.33333 Hz");
+    row("above one second, a multiple of 1001", "3003", "3.003 s");
+    row("above one second, not whole", "1500", "1.5 s, 0.666667 Hz");
+    row("a negative interval as unsigned", "18446744073709550616", "1.84467e+16 s");
+
+    aspect = QStringLiteral("report");
+    auto report = [](int count, QStringList const &rest) {
+        return (QStringList { "Message statistics for  Pos",
+                              QStringLiteral("  count:  %1").arg(count), "  message intervals:" }
+                + rest)
+            .join(QLatin1Char('\n'));
+    };
+    QTest::newRow("intervals ascending, a stored gap")
+        << aspect << "rate 6000 6100"
+        << report(5,
+                  { "     10 Hz/0.1 s  :  1", "     1 Hz/1 s  :  3", "     3 s  :  1",
+                    "  gaps:", "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
+                    "  total number of gaps: 1", "  total number of epochs missing: 2" });
+    QTest::newRow("without time") << aspect << "0 0"
+                                  << report(2,
+                                            { "    Interval unknown:  2",
+                                              "       of which messages with time unknown:  2" });
+    QTest::newRow("gaps counted, none stored")
+        << aspect << "rate 5000 7000" << report(5, { "     1 Hz/1 s  :  3", "     2 s  :  2" });
+
+    // On a coordinator without the Pos statistics that init() asked for.
+    aspect = QStringLiteral("coordinator");
+    row("nothing to close", "close:4000", " | events 0/0 | last 0?");
+    row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
+        "VEXA Pos*:2, VEXA Status*:1 | events 0/0 | last 2000");
+    row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
+        "VEXA B1:2, VEXA B2:1 | events 0/0 | last 3000");
+    // Both kinds share the "FORMAT name" keys.
+    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000",
+        "VEXA Pos*:1 | events 0/0 | last 2000");
+    row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
+        "VEXA Pos:1, VEXA Pos*:1 | events 0/0 | last 3000");
+    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000",
+        "VEXA Pos*:1, RTCM3 Pos:1 | events 0/0 | last 2000");
+    // Gap detection goes to the types registered before their first message, or a clear().
+    row("gap detection for types registered in time",
+        "gap:Pos Pos@1000 Status@1000 gap:Status RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 "
+        "Status@3000 close:4000",
+        "VEXA Pos*:3~1, VEXA Status*:3, RTCM3 Pos:1 | events 0/0 | last 3000");
+    row("gap detection after a clear", "Pos@1000 gap:Pos clear Pos@5000",
+        "VEXA Pos*:1~0 | events 0/0 | last 5000");
+    // Events are not messages: the newest message time stays.
+    row("events counted by type", "Pos@5000 crc@9000 opened@9000 crc@9000",
+        "VEXA Pos*:1 | events 2/1 | last 5000");
+    row("the newest message of either kind", "Pos@5000 VEXA/B1@7000",
+        "VEXA Pos*:1, VEXA B1:1 | events 0/0 | last 7000");
+    row("the newest message without time", "Pos@5000 Status@0",
+        "VEXA Pos*:1, VEXA Status*:1 | events 0/0 | last 0?");
+    row("a clear keeps the newest time", "crc@500 Pos@1000 VEXA/B1@2000 clear",
+        " | events 0/0 | last 2000");
 }
 
 void tst_MessageStatistics::sequences()
@@ -292,8 +350,42 @@ void tst_MessageStatistics::sequences()
     QFETCH(QString, steps);
     QFETCH(QString, expected);
 
+    if (aspect == QLatin1String("coordinator")) {
+        mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
+        run(steps);
+        QCOMPARE(QStringLiteral("%1 | events %2/%3 | last %4%5")
+                     .arg(statistics())
+                     .arg(mCoordinator->getEventCount(MessageApiEvent::CrcError))
+                     .arg(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened))
+                     .arg(mCoordinator->getLastMessageMillis())
+                     .arg(mCoordinator->hasValidLastMessageMillis() ? "" : "?"),
+                 expected);
+        QCOMPARE(mCoordinator->hasStatistics(&mInfo), expected.contains(QLatin1String("Pos*")));
+        if (mCoordinator->hasStatistics(&mInfo))
+            QCOMPARE(mCoordinator->getMessageStatistics(&mFormat, QStringLiteral("Pos")),
+                     mCoordinator->getMessageStatistics(&mInfo));
+        return;
+    }
+    if (aspect == QLatin1String("texts")) {
+        unsigned long long const millis = steps.toULongLong();
+        // Decimal commas of the application's locale must not leak into the texts.
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        QString const interval = mStatistics->getIntervalString(millis);
+        QString const rate = mStatistics->getRateString(millis);
+        QLocale::setDefault(QLocale::c());
+        QCOMPARE(expected.contains(QLatin1Char(',')) ? interval + QStringLiteral(", ") + rate
+                                                     : interval,
+                 expected);
+        return;
+    }
     run(steps);
     MessageStatistics const &s = *mStatistics;
+    if (aspect == QLatin1String("report")) {
+        WarningCapture capture;
+        mStatistics->printStatistics();
+        QCOMPARE(capture.debugLines().join(QLatin1Char('\n')), expected);
+        return;
+    }
     auto n = [](auto value) { return QString::number(value); };
     QStringList actual;
     if (aspect == QLatin1String("counts")) {
@@ -352,132 +444,6 @@ void tst_MessageStatistics::gapStoreLimit()
     QCOMPARE(mStatistics->getGaps().size(), 20);
     QCOMPARE(mStatistics->getGaps().constLast().startMillis, 61000ULL);
     QCOMPARE(mStatistics->getGaps().constLast().missingEpochs, 2u);
-}
-
-void tst_MessageStatistics::texts_data()
-{
-    QTest::addColumn<unsigned long long>("millis");
-    QTest::addColumn<QString>("interval");
-    QTest::addColumn<QString>("rate"); // empty: not checked
-    auto row = [](char const *name, unsigned long long millis, char const *interval,
-                  char const *rate) { QTest::newRow(name) << millis << interval << rate; };
-
-    row("one second", 1000, "1 Hz/1 s", "1 Hz");
-    row("whole seconds", 2000, "2 s", "0.5 Hz");
-    row("zero", 0, "0 s", "");
-    row("one millisecond", 1, "1000 Hz/0.001 s", "1000 Hz");
-    row("four per second", 250, "4 Hz/0.25 s", "4 Hz");
-    row("not dividing a second", 300, "0.3 s", "3.33333 Hz");
-    row("above one second, a multiple of 1001", 3003, "3.003 s", "");
-    row("above one second, not whole", 1500, "1.5 s", "0.666667 Hz");
-    row("a negative interval as unsigned", 18446744073709550616ULL, "1.84467e+16 s", "");
-}
-
-void tst_MessageStatistics::texts()
-{
-    QFETCH(unsigned long long, millis);
-    QFETCH(QString, interval);
-    QFETCH(QString, rate);
-
-    // Decimal commas of the application's locale must not leak into the texts.
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    QString const intervalText = mStatistics->getIntervalString(millis);
-    QString const rateText = mStatistics->getRateString(millis);
-    QLocale::setDefault(QLocale::c());
-    QCOMPARE(intervalText, interval);
-    if (!rate.isEmpty())
-        QCOMPARE(rateText, rate);
-}
-
-void tst_MessageStatistics::report_data()
-{
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<QStringList>("lines");
-    auto row = [](char const *name, char const *steps, int count, QStringList const &rest) {
-        QTest::newRow(name) << steps
-                            << QStringList { "Message statistics for  Pos",
-                                             QStringLiteral("  count:  %1").arg(count),
-                                             "  message intervals:" }
-                + rest;
-    };
-
-    row("intervals ascending, a stored gap", "rate 6000 6100", 5,
-        { "     10 Hz/0.1 s  :  1", "     1 Hz/1 s  :  3", "     3 s  :  1",
-          "  gaps:", "  - gap @ 4000 with interval 1000 and 2 epochs missing.",
-          "  total number of gaps: 1", "  total number of epochs missing: 2" });
-    row("without time", "0 0", 2,
-        { "    Interval unknown:  2", "       of which messages with time unknown:  2" });
-    row("gaps counted, none stored", "rate 5000 7000", 5,
-        { "     1 Hz/1 s  :  3", "     2 s  :  2" });
-}
-
-void tst_MessageStatistics::report()
-{
-    QFETCH(QString, steps);
-    QFETCH(QStringList, lines);
-
-    run(steps);
-    WarningCapture capture;
-    mStatistics->printStatistics();
-    QCOMPARE(capture.debugLines(), lines);
-}
-
-void tst_MessageStatistics::coordinator_data()
-{
-    QTest::addColumn<QString>("steps"); // run() on a new coordinator
-    QTest::addColumn<QString>("expected"); // statistics(), CRC and opened events, newest time
-    auto row = [](char const *name, char const *steps, char const *expected) {
-        QTest::newRow(name) << steps << expected;
-    };
-
-    row("nothing to close", "close:4000", " | events 0/0 | last 0?");
-    row("one object per known type", "Pos@1000 Status@1500 Pos@2000",
-        "VEXA Pos*:2, VEXA Status*:1 | events 0/0 | last 2000");
-    row("unknown messages by format and name", "VEXA/B1@1000 VEXA/B1@2000 VEXA/B2@3000",
-        "VEXA B1:2, VEXA B2:1 | events 0/0 | last 3000");
-    // Both kinds share the "FORMAT name" keys.
-    row("a known type's name catches unknown ones", "Pos@1000 VEXA/Pos@2000",
-        "VEXA Pos*:1 | events 0/0 | last 2000");
-    row("a known type takes the name over", "VEXA/Pos@1000 Pos@2000 VEXA/Pos@3000",
-        "VEXA Pos:1, VEXA Pos*:1 | events 0/0 | last 3000");
-    row("the same name in another format", "Pos@1000 RTCM3/Pos@2000",
-        "VEXA Pos*:1, RTCM3 Pos:1 | events 0/0 | last 2000");
-    // Gap detection goes to the types registered before their first message, or a clear().
-    row("gap detection for types registered in time",
-        "gap:Pos Pos@1000 Status@1000 gap:Status RTCM3/Pos@1000 Pos@2000 Status@2000 Pos@3000 "
-        "Status@3000 close:4000",
-        "VEXA Pos*:3~1, VEXA Status*:3, RTCM3 Pos:1 | events 0/0 | last 3000");
-    row("gap detection after a clear", "Pos@1000 gap:Pos clear Pos@5000",
-        "VEXA Pos*:1~0 | events 0/0 | last 5000");
-    // Events are not messages: the newest message time stays.
-    row("events counted by type", "Pos@5000 crc@9000 opened@9000 crc@9000",
-        "VEXA Pos*:1 | events 2/1 | last 5000");
-    row("the newest message of either kind", "Pos@5000 VEXA/B1@7000",
-        "VEXA Pos*:1, VEXA B1:1 | events 0/0 | last 7000");
-    row("the newest message without time", "Pos@5000 Status@0",
-        "VEXA Pos*:1, VEXA Status*:1 | events 0/0 | last 0?");
-    row("a clear keeps the newest time", "crc@500 Pos@1000 VEXA/B1@2000 clear",
-        " | events 0/0 | last 2000");
-}
-
-void tst_MessageStatistics::coordinator()
-{
-    QFETCH(QString, steps);
-    QFETCH(QString, expected);
-
-    mCoordinator.reset(new MessageStatisticsCoordinator(&mSource, &mTime));
-    run(steps);
-    QCOMPARE(QStringLiteral("%1 | events %2/%3 | last %4%5")
-                 .arg(statistics())
-                 .arg(mCoordinator->getEventCount(MessageApiEvent::CrcError))
-                 .arg(mCoordinator->getEventCount(MessageApiEvent::ConnectionOpened))
-                 .arg(mCoordinator->getLastMessageMillis())
-                 .arg(mCoordinator->hasValidLastMessageMillis() ? "" : "?"),
-             expected);
-    QCOMPARE(mCoordinator->hasStatistics(&mInfo), expected.contains(QLatin1String("Pos*")));
-    if (mCoordinator->hasStatistics(&mInfo))
-        QCOMPARE(mCoordinator->getMessageStatistics(&mFormat, QStringLiteral("Pos")),
-                 mCoordinator->getMessageStatistics(&mInfo));
 }
 
 void tst_MessageStatistics::coordinatorLifetime()
