@@ -69,8 +69,6 @@ private Q_SLOTS:
     void adapterRequiredMessages_data();
     void adapterRequiredMessages();
     void adapterFollowsEveryChangeInTheManagersOrder();
-    void adapterWithoutDiffCorrIn_data();
-    void adapterWithoutDiffCorrIn();
 };
 
 void tst_MessageNeed::runChildScenario(QString const &scenario)
@@ -219,9 +217,21 @@ void tst_MessageNeed::adapterRequiredMessages_data()
 {
     QTest::addColumn<QString>("needed"); // "FORMAT:Name" of the fixture or an extra type's name
     QTest::addColumn<Numbers>("expected"); // sorted: the adapter keeps the manager's hash order
-    QTest::addColumn<QString>("warnedAbout"); // the type reported without a message number
-    auto row = [](char const *name, char const *needed, Numbers expected, char const *warned) {
-        QTest::newRow(name) << needed << expected << warned;
+    QTest::addColumn<QString>("warning");
+    QTest::addColumn<int>("dictionaries"); // holding a correction input when the adapter is built
+    auto row = [](char const *name, char const *needed, Numbers expected, char const *noNumber,
+                  int dictionaries = 1) {
+        QString const warning = *noNumber
+            ? QStringLiteral("MessageNeedManagerAdapter::processMessageSetChange: %1 has no "
+                             "message number")
+                  .arg(QLatin1String(noNumber))
+            : QString();
+        QTest::newRow(name) << needed << expected
+                            << (dictionaries == 1 ? warning
+                                                  : "MessageNeedManagerAdapter::"
+                                                    "MessageNeedManagerAdapter: VEXA DiffCorrIn "
+                                                    "message info not available!")
+                            << dictionaries;
     };
 
     row("main messages", "VEXA:PosCart VEXA:VelGeod", { 4006, 4009 }, "");
@@ -235,14 +245,23 @@ void tst_MessageNeed::adapterRequiredMessages_data()
     row("upper three bits cleared, equal numbers kept", "Revised SameNumber", { 0xF5A, 0xF5A }, "");
     row("no discriminant", "VEXA:MeasEpochChannel VEXA:PosCart", { 4006 }, "MeasEpochChannel");
     row("wider than 16 bits", "Wide VEXA:PosCart", { 4006 }, "Wide");
+    // Without a unique correction input, corrections are dropped.
+    row("no correction input", "RTCM3:Type1004 VEXA:PosCart", { 4006 }, "", 0);
+    row("two correction inputs", "RTCM3:Type1004 VEXA:PosCart", { 4006 }, "", 2);
 }
 
 void tst_MessageNeed::adapterRequiredMessages()
 {
     QFETCH(QString, needed);
     QFETCH(Numbers, expected);
-    QFETCH(QString, warnedAbout);
+    QFETCH(QString, warning);
+    QFETCH(int, dictionaries);
 
+    MessageNeedManager manager;
+    WarningCapture warnings;
+    std::unique_ptr<DictionaryFixture> const second(dictionaries > 1 ? new DictionaryFixture
+                                                                     : nullptr);
+    auto *adapter = dictionaries ? nullptr : new MessageNeedManagerAdapter(&manager);
     // The fixture plus message types that it lacks, numbered by their first discriminant.
     DictionaryFixture dictionary;
     TestFieldInfo number(QStringLiteral("Number"), FieldType::u(16));
@@ -265,18 +284,11 @@ void tst_MessageNeed::adapterRequiredMessages()
         infos.append(info);
     }
 
-    MessageNeedManager manager;
-    auto *adapter = new MessageNeedManagerAdapter(&manager);
+    adapter = adapter ? adapter : new MessageNeedManagerAdapter(&manager);
     {
         MessageNeed need(&manager);
-        WarningCapture warnings;
         need.setMessagesNeeded(infos);
-        QCOMPARE(warnings.warnings().join(QLatin1Char('\n')),
-                 warnedAbout.isEmpty() ? QString()
-                                       : QStringLiteral("MessageNeedManagerAdapter::"
-                                                        "processMessageSetChange: %1 has no "
-                                                        "message number")
-                                             .arg(warnedAbout));
+        QCOMPARE(warnings.warnings().join(QLatin1Char('\n')), warning);
         Numbers list = adapter->getRequiredMessagesList();
         std::sort(list.begin(), list.end());
         QCOMPARE(list, expected);
@@ -318,34 +330,6 @@ void tst_MessageNeed::adapterFollowsEveryChangeInTheManagersOrder()
     }
     QCOMPARE(recorder.eventsOf(QStringLiteral("MessageNeedManagerAdapter")),
              QStringList({ "+MessageNeedManagerAdapter", "-MessageNeedManagerAdapter" }));
-}
-
-void tst_MessageNeed::adapterWithoutDiffCorrIn_data()
-{
-    QTest::addColumn<int>("dictionaries"); // alive while the adapter is built
-    QTest::newRow("none") << 0;
-    QTest::newRow("ambiguous") << 2;
-}
-
-void tst_MessageNeed::adapterWithoutDiffCorrIn()
-{
-    QFETCH(int, dictionaries);
-
-    std::unique_ptr<DictionaryFixture> const earlier[2] {
-        dictionaries > 0 ? std::make_unique<DictionaryFixture>() : nullptr,
-        dictionaries > 1 ? std::make_unique<DictionaryFixture>() : nullptr
-    };
-    MessageNeedManager manager;
-    WarningCapture warnings;
-    MessageNeedManagerAdapter adapter(&manager);
-    QCOMPARE(warnings.warnings(),
-             QStringList { "MessageNeedManagerAdapter::MessageNeedManagerAdapter: VEXA DiffCorrIn "
-                           "message info not available!" });
-    // Corrections are dropped then; main messages are still listed.
-    DictionaryFixture dictionary;
-    MessageNeed need(&manager);
-    need.setMessagesNeeded({ dictionary.message("RTCM3", "Type1004"), dictionary.posCart() });
-    QCOMPARE(adapter.getRequiredMessagesList(), Numbers { 4006 });
 }
 
 MSGAPI_TEST_MAIN_WITH_SCENARIOS(tst_MessageNeed)
