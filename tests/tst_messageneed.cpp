@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "childprocess.h"
+#include "dictionaryfixture.h"
+#include "formatinfo.h"
+#include "messageinfo.h"
 #include "messageneed.h"
 #include "messageneedmanager.h"
+#include "messageneedmanageradapter.h"
+#include "testfieldinfo.h"
 #include "tracerrecorder.h"
+#include "warningcapture.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
 #include <memory>
+
+using Numbers = QList<unsigned short>;
 
 namespace {
 // The manager only hashes and compares the pointers; it never looks at the message types.
@@ -58,6 +66,9 @@ private Q_SLOTS:
     void counting();
     void brokenCountsAreFatal_data();
     void brokenCountsAreFatal();
+    void adapterRequiredMessages_data();
+    void adapterRequiredMessages();
+    void adapterFollowsEveryChangeInTheManagersOrder();
 };
 
 void tst_MessageNeed::runChildScenario(QString const &scenario)
@@ -200,6 +211,125 @@ void tst_MessageNeed::brokenCountsAreFatal()
         QCOMPARE(result.exitCode, ChildProcess::ScenarioReturned);
     else
         QVERIFY2(result.errorLines().contains(fatalText), qPrintable(result.standardError));
+}
+
+void tst_MessageNeed::adapterRequiredMessages_data()
+{
+    QTest::addColumn<QString>("needed"); // "FORMAT:Name" of the fixture or an extra type's name
+    QTest::addColumn<Numbers>("expected"); // sorted: the adapter keeps the manager's hash order
+    QTest::addColumn<QString>("warning");
+    QTest::addColumn<int>("dictionaries"); // holding a correction input when the adapter is built
+    auto row = [](char const *name, char const *needed, Numbers expected, char const *noNumber,
+                  int dictionaries = 1) {
+        QString const warning = *noNumber
+            ? QStringLiteral("MessageNeedManagerAdapter::processMessageSetChange: %1 has no "
+                             "message number")
+                  .arg(QLatin1String(noNumber))
+            : QString();
+        QTest::newRow(name) << needed << expected
+                            << (dictionaries == 1 ? warning
+                                                  : "MessageNeedManagerAdapter::"
+                                                    "MessageNeedManagerAdapter: VEXA DiffCorrIn "
+                                                    "message info not available!")
+                            << dictionaries;
+    };
+
+    row("main messages", "VEXA:PosCart VEXA:VelGeod", { 4006, 4009 }, "");
+    row("two RTCM3 and a CMR fold into one", "RTCM3:Type1004 RTCM3:Type1005 CMR:CMRObs", { 5919 },
+        "");
+    row("correction input itself and RTCM2", "VEXA:DiffCorrIn RTCM2:Type1", { 5919 }, "");
+    row("corrections next to main messages", "RTCM2:Type3 VEXA:PosGeod CMR:CMRRef VEXA:MeasEpoch",
+        { 4007, 4027, 5919 }, "");
+    row("non-main message", "VEXA:ReceiverSetup VEXA:ReceiverStatus", { 4014 }, "");
+    row("other format, same number", "Foreign", {}, "");
+    row("upper three bits cleared, equal numbers kept", "Revised SameNumber", { 0xF5A, 0xF5A }, "");
+    row("no discriminant", "VEXA:MeasEpochChannel VEXA:PosCart", { 4006 }, "MeasEpochChannel");
+    row("wider than 16 bits", "Wide VEXA:PosCart", { 4006 }, "Wide");
+    // Without a unique correction input, corrections are dropped.
+    row("no correction input", "RTCM3:Type1004 VEXA:PosCart", { 4006 }, "", 0);
+    row("two correction inputs", "RTCM3:Type1004 VEXA:PosCart", { 4006 }, "", 2);
+}
+
+void tst_MessageNeed::adapterRequiredMessages()
+{
+    QFETCH(QString, needed);
+    QFETCH(Numbers, expected);
+    QFETCH(QString, warning);
+    QFETCH(int, dictionaries);
+
+    MessageNeedManager manager;
+    WarningCapture warnings;
+    std::unique_ptr<DictionaryFixture> const second(dictionaries > 1 ? new DictionaryFixture
+                                                                     : nullptr);
+    auto *adapter = dictionaries ? nullptr : new MessageNeedManagerAdapter(&manager);
+    // The fixture plus message types that it lacks, numbered by their first discriminant.
+    DictionaryFixture dictionary;
+    TestFieldInfo number(QStringLiteral("Number"), FieldType::u(16));
+    FormatInfo other(QStringLiteral("OTHER"));
+    MessageInfo extras[4] { MessageInfo(QStringLiteral("Foreign")),
+                            MessageInfo(QStringLiteral("Revised")),
+                            MessageInfo(QStringLiteral("SameNumber")),
+                            MessageInfo(QStringLiteral("Wide")) };
+    FieldValue const values[4] { FieldValue::u(4006, 16), FieldValue::u(0x2F5A, 16),
+                                 FieldValue::u(0x0F5A, 16), FieldValue::u(4100, 32) };
+    for (int i = 0; i < 4; ++i) {
+        extras[i].setFormatInfo(i == 0 ? &other : dictionary.vexa());
+        extras[i].addDiscriminantValue(&number, values[i]);
+    }
+    QVector<MessageInfo const *> infos;
+    for (QString const &name : needed.split(QLatin1Char(' '))) {
+        MessageInfo const *info = dictionary.message(name.section(':', 0, 0), name.section(':', 1));
+        for (MessageInfo const &extra : extras)
+            info = extra.getName() == name ? &extra : info;
+        infos.append(info);
+    }
+
+    adapter = adapter ? adapter : new MessageNeedManagerAdapter(&manager);
+    {
+        MessageNeed need(&manager);
+        need.setMessagesNeeded(infos);
+        QCOMPARE(warnings.warnings().join(QLatin1Char('\n')), warning);
+        Numbers list = adapter->getRequiredMessagesList();
+        std::sort(list.begin(), list.end());
+        QCOMPARE(list, expected);
+    }
+    QCOMPARE(adapter->getRequiredMessagesList(), Numbers());
+}
+
+void tst_MessageNeed::adapterFollowsEveryChangeInTheManagersOrder()
+{
+    DictionaryFixture dictionary;
+    QHash<MessageInfo const *, unsigned short> const numbers { { dictionary.posCart(), 4006 },
+                                                               { dictionary.posGeod(), 4007 },
+                                                               { dictionary.velCart(), 4008 },
+                                                               { dictionary.measEpoch(), 4027 } };
+    TracerRecorder recorder;
+    {
+        MessageNeedManager manager;
+        MessageNeed need(&manager), other(&manager);
+        need.setMessagesNeeded(QVector<MessageInfo const *>(numbers.keyBegin(), numbers.keyEnd()));
+        // Built right in the constructor, from needs that were there before; it dies with the
+        // manager.
+        auto *adapter = new MessageNeedManagerAdapter(&manager);
+        QCOMPARE(adapter->getMessageNeedManager(), &manager);
+        Numbers inManagerOrder;
+        for (MessageInfo const *info : manager.getMessagesNeeded())
+            inManagerOrder.append(numbers.value(info));
+        QCOMPARE(adapter->getRequiredMessagesList(), inManagerOrder);
+
+        // The list size at each announcement.
+        QList<int> sizes;
+        connect(adapter, &MessageNeedManagerAdapter::requiredMessagesChanged, this,
+                [&] { sizes << adapter->getRequiredMessagesList().size(); });
+        other.addMessageNeeded(dictionary.message("RTCM3", "Type1004"));
+        other.addMessageNeeded(dictionary.message("CMR", "CMRObs")); // the list stays the same
+        other.addMessageNeeded(dictionary.posCart()); // the set stays the same: not announced
+        need.clearMessagesNeeded();
+        other.clearMessagesNeeded();
+        QCOMPARE(sizes, QList<int>({ 5, 5, 2, 0 }));
+    }
+    QCOMPARE(recorder.eventsOf(QStringLiteral("MessageNeedManagerAdapter")),
+             QStringList({ "+MessageNeedManagerAdapter", "-MessageNeedManagerAdapter" }));
 }
 
 MSGAPI_TEST_MAIN_WITH_SCENARIOS(tst_MessageNeed)

@@ -6,9 +6,7 @@
 #include <QObject>
 
 /**
- * Stands in for an application's stream parser: a fixed buffer whose start holds the latest
- * complete block, and the parser's signals. The buffer never moves, so a pointer to it stays
- * valid for the parser's life.
+ * Stands in for an application's stream parser: its signals and a buffer that never moves.
  */
 class TestParser : public QObject
 {
@@ -20,8 +18,6 @@ public:
     explicit TestParser(QObject *parent = nullptr);
 
     char const *buffer() const { return mBuffer.constData(); }
-    /// Copies the block to the start of the buffer and emits vexa(id, its size).
-    void deliverBlock(unsigned int id, QByteArray const &block);
 
 Q_SIGNALS:
     void vexa(unsigned int id, unsigned int length);
