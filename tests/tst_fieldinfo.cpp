@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "assertcapture.h"
+#include "childprocess.h"
 #include "fieldinfo.h"
 #include "messageapievent.h"
 #include "messageinfo.h"
@@ -10,260 +11,461 @@
 #include <QLocale>
 #include <QTest>
 
+#include <cstdio>
 #include <limits>
 #include <utility>
 
+using Unit = FieldInfo::Unit;
+
 namespace {
+
 double const quietNaN = std::numeric_limits<double>::quiet_NaN();
-}
+
+struct UnitRow
+{
+    int unit;
+    char const *identifier, *symbol, *singular, *plural;
+    int picked = -1; // what setUnit(identifier) selects when not the row itself
+};
+
+// clang-format off
+UnitRow const units[] = {
+    {0, "", "", "", ""},
+    {1, "meter", "m", "meter", "meter"},
+    {2, "kilometer", "km", "kilometer", "kilometer"},
+    {3, "decimeter", "dm", "decimeter", "decimeter"},
+    {4, "millimeter", "mm", "millimeter", "millimeter"},
+    {5, "second", "s", "second", "seconds"},
+    {6, "microsecond", "µs", "microsecond", "microseconds"},
+    {7, "nanosecond", "ns", "nanosecond", "nanoseconds"},
+    {8, "meterpersecond", "m/s", "meter/second", "meter/second"},
+    {9, "millimeterpersecond", "mm/s", "millimeter/second", "millimeter/second"},
+    {10, "kilometerpersecond", "km/s", "kilometer/second", "kilometer/second"},
+    {11, "week", "w", "week", "weeks"},
+    {12, "hertz", "Hz", "hertz", "hertz"},
+    {13, "kilohertz", "kHz", "kilohertz", "kilohertz"},
+    {14, "radian", "rad", "radian", "radians"},
+    {15, "degree", "°", "degree", "degrees"},
+    {16, "chip", "chip", "chip", "chips"},
+    {17, "cycle", "cyc", "cycle", "cycles"},
+    {18, "celsius", "°C", "°C", "°C"},
+    {19, "semicircle", "semi-circle", "semi-circle", "semi-circles"},
+    {20, "degreepersecond", "°/s", "degree per second", "degrees per second"},
+    {21, "semicirclepersecond", "semi-circle/s", "semi-circle per second", "semi-circles per second"},
+    {22, "semicirclepersecondsquared", "semi-circle/s²", "semi-circle per second squared", "semi-circles per second squared"},
+    {23, "secondpersecond", "s/s", "second per second", "seconds per second"},
+    {24, "secondpersecondsquared", "s/s²", "second per square second", "seconds per square second"},
+    {25, "metersqrt", "m**1/2", "meter**1/2", "meter**1/2"},
+    {26, "meterpersecondsquared", "m/s²", "meter/second²", "meter/second²"},
+    {27, "kilometerpersecondsquared", "km/s²", "kilometer/second²", "kilometer/second²"},
+    {28, "metersquared", "m²", "meter²", "meter²"},
+    {29, "degreesquared", "deg²", "degree²", "degree²"},
+    {30, "metersquaredpersecondsquared", "m²/s²", "meter²/second²", "meter²/second²"},
+    {31, "baud", "Bd", "baud", "bauds"},
+    {32, "byte", "b", "byte", "bytes"},
+    {33, "megabyte", "Mb", "megabyte", "megabytes"},
+    {34, "kilobytepersecond", "kbyte/s", "kilobyte/second", "kilobyte/second"},
+    {35, "day", "d", "day", "days"},
+    {36, "decibel", "dB", "decibel", "decibels"},
+    {37, "decibelhertz", "dB-Hz", "decibel-hertz", "decibel-hertz"},
+    {38, "decibelm", "dBm", "dBm", "dBm"},
+    {39, "hertzsquaredpercyclesquared", "Hz²/cycle²", "hertz²/cycle²", "hertz²/cycle²"},
+    {40, "hertzperhertz", "Hz/Hz", "Hertz/Hertz", "Hertz/Hertz"},
+    {41, "hour", "h", "hour", "hours"},
+    {42, "message", "msg", "message", "messages"},
+    {43, "metercyclesquared", "m cycle²", "meter cycle²", "meter cycle²"},
+    {44, "millisecond", "ms", "millisecond", "milliseconds"},
+    {45, "minute", "min.", "minute", "minutes"},
+    {46, "month", "month", "month", "months"},
+    {47, "percent", "%", "percent", "percent"},
+    {48, "ppm", "ppm", "ppm", "ppm"},
+    {49, "secondpermsd", "s/msd", "second/msd", "second/msd"},
+    {50, "secondperorbitperiod", "s/orbit-period", "second/orbit-period", "second/orbit-period"},
+    {51, "secondperorbitperiodsquared", "second/orbit-period²", "second/orbit-period²", "second/orbit-period²"},
+    {52, "secondpersecondsquared", "s/s²", "second/second²", "second/second²", 24},
+    {53, "secondpersemicircle", "s/semi-circle", "second/semi-circle", "second/semi-circle"},
+    {54, "secondpersemicirclecubed", "s/semi-circle³", "second/semi-circle³", "second/semi-circle³"},
+    {55, "secondpersemicirclesquared", "s²/semi-circle²", "second/semi-circle²", "second/semi-circle²"},
+    {56, "wattpermetersquaredhetz", "w/m²Hz", "watt/meter² hertz", "watt/meter² hertz"},
+    {57, "wattpermetersquaredhetzperdegree", "W/m²Hz/deg", "watt/meter²hertz/degree", "watt/meter²hertz/degree"},
+    {58, "wattpermetersquaredhetzperdegreesquared", "W/m²Hz/deg²", "watt/meter²hertz/degree²", "watt/meter²hertz/degree²"},
+    {59, "milliampere", "mA", "milliampere", "milliampere"},
+    {60, "millivolt", "mV", "millivolt", "millivolt"},
+    {61, "year", "Y", "year", "years"},
+    {62, "milligauss", "mG", "milligauss", "milligauss"},
+};
+// clang-format on
+
+QString const secondWarning = QStringLiteral(
+    "FieldInfo::Unit enum needs a new value for it, which must also be included by "
+    "ensureExplicitUnits(). ");
+
+} // namespace
 
 class tst_FieldInfo : public QObject
 {
     Q_OBJECT
 
+public:
+    static void runChildScenario(QString const &scenario)
+    {
+        if (scenario != QLatin1String("strayRowBeforeFilling"))
+            return;
+        AssertCapture capture;
+        FieldInfo::sUnitToUnitDataMap.insert(Unit(99), FieldInfo::UnitData());
+        FieldInfo::ensureExplicitUnits();
+        for (AssertCapture::Report const &report : capture.reports())
+            std::fprintf(stderr, "report|%s|%s\n", report.function.constData(),
+                         report.text.constData());
+    }
+
 private Q_SLOTS:
-    void initTestCase();
-    void attributes();
-    void membership();
-    void subFields();
-    void symbolicValues();
-    void rendering_data();
-    void rendering();
-    void unitSymbolBeforeValue();
-    void unitRowMissingFromTable();
-    void valueString_data();
-    void valueString();
+    void initTestCase()
+    {
+        // Localized rendering takes the default locale of its first use.
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        AssertCapture capture;
+        FieldInfo::ensureExplicitUnits();
+        QCOMPARE(FieldInfo::sUnitToUnitDataMap.size(), 63);
+        QCOMPARE(capture.count(), 0);
+
+        // Filled once: a second call leaves a changed row alone.
+        FieldInfo::sUnitToUnitDataMap[FieldInfo::UnitMeter].symbol = QStringLiteral("changed");
+        FieldInfo::ensureExplicitUnits();
+        QCOMPARE(FieldInfo::unitToString(FieldInfo::UnitMeter, true), QStringLiteral("changed"));
+        FieldInfo::sUnitToUnitDataMap[FieldInfo::UnitMeter].symbol = QStringLiteral("m");
+    }
+
+    void table_data()
+    {
+        QTest::addColumn<int>("row");
+        for (int row = 0; row < int(sizeof(units) / sizeof(units[0])); ++row)
+            QTest::addRow("%d %s", units[row].unit, units[row].identifier) << row;
+    }
+
+    void table()
+    {
+        QFETCH(int, row);
+        UnitRow const &expected = units[row];
+        auto const text = [](char const *utf8) { return QString::fromUtf8(utf8); };
+        Unit const unit = Unit(expected.unit);
+
+        QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(unit));
+        FieldInfo::UnitData const data = FieldInfo::sUnitToUnitDataMap.value(unit);
+        QCOMPARE(data.unit, unit);
+        QCOMPARE(data.symbolAfterValue, unit != FieldInfo::NoUnit);
+        QCOMPARE(
+            QStringList({ data.identifier, data.symbol, data.singularText, data.pluralText,
+                          FieldInfo::unitToString(unit, true),
+                          FieldInfo::unitToString(unit, false) }),
+            QStringList({ text(expected.identifier), text(expected.symbol), text(expected.singular),
+                          text(expected.plural), text(expected.symbol), text(expected.singular) }));
+
+        // setUnit replaces an earlier unit; the empty identifier clears it.
+        WarningCapture warnings;
+        TestFieldInfo field(QStringLiteral("F"), FieldType::u(8));
+        field.setUnit(QStringLiteral("second"));
+        field.setUnit(text(expected.identifier));
+        QCOMPARE(int(field.getUnit()), expected.picked < 0 ? expected.unit : expected.picked);
+        QCOMPARE(field.hasUnit(), expected.unit != 0);
+        QCOMPARE(field.getUnitString(true), text(expected.symbol));
+        QCOMPARE(warnings.warnings(), QStringList());
+    }
+
+    void wrongTableSizeIsReported()
+    {
+        ChildProcess::Result const result
+            = ChildProcess::run(QStringLiteral("strayRowBeforeFilling"));
+        QCOMPARE(result.exitCode, ChildProcess::ScenarioReturned);
+        QCOMPARE(result.errorLines().filter(QStringLiteral("report|")),
+                 QStringList(QStringLiteral(
+                     "report|ensureExplicitUnits|Units missing in ensureExplicitUnits()")));
+    }
+
+    void unknownText_data()
+    {
+        QTest::addColumn<QString>("previous");
+        QTest::addColumn<QString>("fieldName");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("firstWarning");
+
+        QTest::newRow("symbol") << QString() << QStringLiteral("Height") << QStringLiteral("m")
+                                << QStringLiteral("Field  \"Height\"  has unknown unit  \"m\" . ");
+        QTest::newRow("long name, earlier unit kept")
+            << QStringLiteral("second") << QStringLiteral("Speed") << QStringLiteral("meter/second")
+            << QStringLiteral("Field  \"Speed\"  has unknown unit  \"meter/second\" . ");
+        QTest::newRow("blanks, quotes written as they are")
+            << QString() << QStringLiteral("T\"1\"") << QStringLiteral(" meter ")
+            << QStringLiteral("Field  \"T\"1\"\"  has unknown unit  \" meter \" . ");
+    }
+
+    void unknownText()
+    {
+        QFETCH(QString, previous);
+        QFETCH(QString, fieldName);
+        QFETCH(QString, text);
+        QFETCH(QString, firstWarning);
+
+        TestFieldInfo field(fieldName, FieldType::u(8));
+        field.setUnit(previous);
+        Unit const before = field.getUnit();
+        int added = 63; // the first run-time value, unless an earlier row took it
+        while (FieldInfo::sUnitToUnitDataMap.contains(Unit(added)))
+            ++added;
+
+        WarningCapture warnings;
+        field.setUnit(text);
+        QCOMPARE(warnings.warnings(), QStringList({ firstWarning, secondWarning }));
+        QCOMPARE(field.getUnit(), before);
+        FieldInfo::UnitData const data = FieldInfo::sUnitToUnitDataMap.value(Unit(added));
+        QCOMPARE(int(data.unit), added);
+        QCOMPARE(QStringList({ data.identifier, data.symbol, data.singularText, data.pluralText }),
+                 QStringList({ text, text, text, text }));
+        QVERIFY(data.symbolAfterValue);
+
+        // From now on the text is known, on this field and any other.
+        warnings.clear();
+        TestFieldInfo other(QStringLiteral("Other"), FieldType::u(8));
+        field.setUnit(text);
+        other.setUnit(text);
+        QCOMPARE(int(field.getUnit()), added);
+        QCOMPARE(int(other.getUnit()), added);
+        QCOMPARE(field.getUnitString(false), text);
+        QCOMPARE(warnings.warnings(), QStringList());
+    }
+
+    void unknownUnitValue()
+    {
+        WarningCapture warnings;
+        QCOMPARE(FieldInfo::unitToString(Unit(1000), true), QStringLiteral("unknown unit"));
+        QCOMPARE(FieldInfo::unitToString(Unit(-3), false), QStringLiteral("unknown unit"));
+        QCOMPARE(warnings.warnings(),
+                 QStringList({ QStringLiteral("Unknown unit enum value 1000"),
+                               QStringLiteral("Unknown unit enum value -3") }));
+        QVERIFY(!FieldInfo::sUnitToUnitDataMap.contains(Unit(1000)));
+    }
+
+    void attributes()
+    {
+        TestFieldInfo field(QStringLiteral("F"), FieldType::i(16));
+        QVERIFY(!field.hasRole() && !field.hasDoNotUseValue());
+        QVERIFY(!field.isDoNotUseValue(FieldValue::invalid())); // the unset value matches nothing
+        field.setRole(FieldInfo::NoRole); // any role set counts, even 0
+        field.setScaleFactor(1.0000001);
+        QVERIFY(field.hasRole() && field.hasScaleFactor());
+        field.setScaleFactor(1.0); // exactly 1 is no factor
+        QVERIFY(!field.hasScaleFactor());
+        // A sub-message field of no message type has no message type to refer to.
+        TestFieldInfo noMessageType(QStringLiteral("S"), FieldType::subMessage(nullptr));
+        QCOMPARE(noMessageType.getType().getBasisType(), FieldType::SubMessage);
+    }
+
+    void membership()
+    {
+        AssertCapture capture;
+        MessageInfo first(QStringLiteral("A"));
+        MessageInfo second(QStringLiteral("B"));
+        TestFieldInfo field(QStringLiteral("F"), FieldType::u(8));
+        QCOMPARE(field.getIndexInMessageInfo(&first), -1);
+        field.addMessageInfo(&first, 4);
+        field.addMessageInfo(&second, 0);
+        field.addMessageInfo(&first, 7); // a second entry; the newer index wins
+        QCOMPARE(field.getMessageInfos(), QVector<MessageInfo *>({ &first, &second, &first }));
+
+        // Each entry needs its own removal; the index outlives them.
+        field.removeMessageInfo(&first);
+        QVERIFY(field.occursIn(&first));
+        field.removeMessageInfo(&first);
+        QVERIFY(!field.occursIn(&first));
+        QCOMPARE(field.getIndexInMessageInfo(&first), 7);
+        QCOMPARE(std::as_const(field).getMessageInfos(), QVector<MessageInfo const *> { &second });
+        field.removeMessageInfo(&second);
+        QCOMPARE(capture.count(), 0);
+    }
+
+    void subFields()
+    {
+        AssertCapture capture;
+        TestFieldInfo parent(QStringLiteral("RxState"), FieldType::u(32));
+        TestFieldInfo other(QStringLiteral("Other"), FieldType::u(32));
+        TestFieldInfo first(QStringLiteral("ActiveAntenna"), FieldType::u(1));
+        TestFieldInfo second(QStringLiteral("ExtFreq"), FieldType::u(1));
+        parent.addSubFieldInfo(&first);
+        parent.addSubFieldInfo(&second);
+        QCOMPARE(parent.getSubFieldInfos(), QVector<FieldInfo *>({ &first, &second }));
+        QCOMPARE(first.getParentFieldInfo(), &parent);
+        parent.removeSubFieldInfo(&first);
+        QCOMPARE(std::as_const(parent).getSubFieldInfos(), QVector<FieldInfo const *> { &second });
+        QVERIFY(!first.hasParentFieldInfo());
+        QCOMPARE(capture.count(), 0);
+
+        // A second parent is reported and takes over; the former one still lists the sub-field.
+        other.addSubFieldInfo(&second);
+        QCOMPARE(second.getParentFieldInfo(), &other);
+        QCOMPARE(parent.getSubFieldInfos(), QVector<FieldInfo *> { &second });
+        QCOMPARE(other.getSubFieldInfos(), QVector<FieldInfo *> { &second });
+        // Removing a stranger leaves its parent alone.
+        parent.addSubFieldInfo(&first);
+        other.removeSubFieldInfo(&first);
+        QCOMPARE(first.getParentFieldInfo(), &parent);
+        QCOMPARE(
+            capture.texts(),
+            QStringList({ QStringLiteral("FieldInfo already has a parent FieldInfo"),
+                          QStringLiteral(
+                              "FieldInfo::removeSubFieldInfo: Trying to remove a non-subfield") }));
+        QCOMPARE(capture.functions(),
+                 QStringList(
+                     { QStringLiteral("addSubFieldInfo"), QStringLiteral("removeSubFieldInfo") }));
+
+        // Unlink by hand so that no destructor meets a list it does not expect.
+        other.removeSubFieldInfo(&second);
+        parent.removeSubFieldInfo(&second);
+    }
+
+    void symbolicValues()
+    {
+        TestFieldInfo field(QStringLiteral("Mode"), FieldType::u(8));
+        field.addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("x"));
+        field.addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("two"));
+        field.addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("y"));
+        QCOMPARE(field.getSymbolicRepresentationForValue(FieldValue::u(1, 8)), QStringLiteral("y"));
+        QCOMPARE(field.getSymbolicRepresentationForValue(FieldValue::u(3, 8)), QString());
+        QCOMPARE(
+            field.getValuesWithSymbolicRepresentation(),
+            QList<FieldValue>({ FieldValue::u(1, 8), FieldValue::u(2, 8), FieldValue::u(1, 8) }));
+    }
+
+    void rendering_data()
+    {
+        QTest::addColumn<FieldValue>("value");
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<int>("precision");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("withUnit");
+        QTest::addColumn<QString>("interpreted");
+        QTest::addColumn<QString>("raw"); // never localized, scaled, symbolic or with a unit
+
+        // The field has unit "m", do-not-use u8 0, and symbolic texts for u8 0, 2 and (empty) 3.
+        auto row = [](char const *name, FieldValue value, double scale, int precision, int mode,
+                      char const *interpreted, char const *raw, bool withUnit = true) {
+            QTest::newRow(name) << value << scale << precision << mode << withUnit
+                                << QString::fromUtf8(interpreted) << QString::fromUtf8(raw);
+        };
+        row("do-not-use before symbolic text", FieldValue::u(0, 8), 1, -1, 0, "N/A", "0");
+        row("do-not-use of another size", FieldValue::u(0, 16), 1, -1, 0, "0 m", "0");
+        row("NaN double", FieldValue::f64(quietNaN), 1, -1, 0, "N/A", "nan");
+        row("NaN float", FieldValue::f32(float(quietNaN)), 1, -1, 0, "N/A", "nan");
+        row("symbolic text before scaling", FieldValue::u(2, 8), 0.5, -1, 0, "Differential", "2");
+        row("empty symbolic text falls through", FieldValue::u(3, 8), 1, -1, 0, "3 m", "3");
+        row("scaled, six decimals", FieldValue::u(12345, 32), 0.001, -1, 0, "12,345000 m", "12345");
+        row("scaled, no unit wanted", FieldValue::u(12345, 32), 0.001, -1, 0, "12,345000", "12345",
+            false);
+        row("scaled negative", FieldValue::i(-12345, 32), 0.001, -1, 0, "-12,345000 m", "-12345");
+        row("scaled, precision, mode ignored", FieldValue::u(12346, 32), 0.001, 2, 1, "12,35 m",
+            "303a");
+        row("scaled and grouped", FieldValue::u(4000000, 32), 0.5, 0, 0, "2.000.000 m", "4000000");
+        row("scaled float", FieldValue::f32(8.0f), 0.5, 0, 0, "4 m", "8");
+        row("invalid value with scale factor", FieldValue::invalid(), 0.5, -1, 0, "Invalid",
+            "Invalid");
+        row("factor 1: raw value, grouped", FieldValue::u(12345, 32), 1, -1, 0, "12.345 m",
+            "12345");
+        row("hexadecimal", FieldValue::u(255, 32), 1, -1, 1, "ff m", "ff");
+        row("decimal, not grouped", FieldValue::u(12345, 32), 1, -1, 2, "12345 m", "12345");
+        row("double with precision", FieldValue::f64(1234.5678), 1, 3, 0, "1.234,568 m",
+            "1234.568");
+    }
+
+    void rendering()
+    {
+        QFETCH(FieldValue, value);
+        QFETCH(double, scale);
+        QFETCH(int, precision);
+        QFETCH(int, mode);
+        QFETCH(bool, withUnit);
+
+        TestFieldInfo field(QStringLiteral("F"), value.getType());
+        field.setScaleFactor(scale);
+        field.setPrecision(static_cast<signed char>(precision));
+        field.setRepresentationMode(FieldValue::RepresentationMode(mode));
+        field.setUnit(QStringLiteral("meter"));
+        field.setDoNotUseValue(FieldValue::u(0, 8));
+        field.addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("zero"));
+        field.addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("Differential"));
+        field.addSymbolicValue(FieldValue::u(3, 8), QString());
+        QTEST(field.getInterpretedString(value, withUnit), "interpreted");
+        QTEST(field.getRawString(value), "raw");
+    }
+
+    void unitRowChangedAfterSetUnit()
+    {
+        // The table's row, not the field's copy, decides at each rendering: a symbol may be
+        // moved before the value, and a missing row is entered empty.
+        WarningCapture warnings; // the first setUnit of a new text warns
+        TestFieldInfo field(QStringLiteral("Price"), FieldType::u(16));
+        field.setUnit(QStringLiteral("EUR"));
+        field.setUnit(QStringLiteral("EUR"));
+        FieldInfo::sUnitToUnitDataMap[field.getUnit()].symbolAfterValue = false;
+        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral("EUR 5"));
+        FieldInfo::sUnitToUnitDataMap.remove(field.getUnit());
+        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral(" 5"));
+        QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(field.getUnit()));
+        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), false), QStringLiteral("5"));
+    }
+
+    void valueString_data()
+    {
+        QTest::addColumn<int>("basis");
+        QTest::addColumn<int>("bits");
+        QTest::addColumn<bool>("repeated");
+        QTest::addColumn<QByteArray>("characters");
+        QTest::addColumn<QString>("expected"); // null: not a string field, the read throws
+
+        auto row = [](char const *name, int basis, int bits, bool repeated, QByteArray characters,
+                      QString expected) {
+            QTest::newRow(name) << basis << bits << repeated << characters << expected;
+        };
+        int const ch = FieldType::Char;
+        row("stops at the first zero", ch, 8, true, QByteArray("AB\0C", 4), QStringLiteral("AB"));
+        row("no zero", ch, 8, true, "ABC", QStringLiteral("ABC"));
+        row("no values", ch, 8, true, QByteArray(), QStringLiteral(""));
+        row("Latin-1", ch, 8, true, "caf\xe9", QStringLiteral("caf\u00e9"));
+        row("nchar", FieldType::NChar, 8, true, "XY", QStringLiteral("XY"));
+        row("single char", ch, 8, false, "A", QString());
+        row("16-bit char", ch, 16, true, "A", QString());
+        row("byte", FieldType::Byte, 8, true, "A", QString());
+    }
+
+    void valueString()
+    {
+        QFETCH(int, basis);
+        QFETCH(int, bits);
+        QFETCH(bool, repeated);
+        QFETCH(QByteArray, characters);
+        QFETCH(QString, expected);
+
+        TestFieldInfo field(QStringLiteral("MarkerName"),
+                            FieldType(FieldType::BasisType(basis), unsigned(bits)));
+        field.setIsRepeated(repeated);
+        QCOMPARE(field.isStringField(), !expected.isNull());
+        MessageInfo info(QStringLiteral("ReceiverSetup"));
+        TestMessage message(&info);
+        QVector<FieldValue> values;
+        for (char c : characters)
+            values.append(basis == FieldType::NChar ? FieldValue::nch(c) : FieldValue::ch(c));
+        message.setValues(&field, values);
+        try {
+            QCOMPARE(field.getValueString(&message), expected);
+            QVERIFY(!expected.isNull());
+        } catch (MessageApiEvent const &event) {
+            QVERIFY(expected.isNull());
+            QCOMPARE(event.getType(), MessageApiEvent::ClientError);
+            QCOMPARE(event.getMessage(),
+                     QStringLiteral("Requesting value as a string for non-string field."));
+            QVERIFY(event.getFormat() == nullptr);
+        }
+    }
 };
 
-void tst_FieldInfo::initTestCase()
-{
-    // Localized rendering takes the default locale of its first use.
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-}
-
-void tst_FieldInfo::attributes()
-{
-    TestFieldInfo field(QStringLiteral("F"), FieldType::i(16));
-    QVERIFY(!field.hasRole() && !field.hasDoNotUseValue());
-    QVERIFY(!field.isDoNotUseValue(FieldValue::invalid())); // the unset value matches nothing
-    field.setRole(FieldInfo::NoRole); // any role set counts, even 0
-    field.setScaleFactor(1.0000001);
-    QVERIFY(field.hasRole() && field.hasScaleFactor());
-    field.setScaleFactor(1.0); // exactly 1 is no factor
-    QVERIFY(!field.hasScaleFactor());
-}
-
-void tst_FieldInfo::membership()
-{
-    AssertCapture capture;
-    MessageInfo first(QStringLiteral("A"));
-    MessageInfo second(QStringLiteral("B"));
-    TestFieldInfo field(QStringLiteral("F"), FieldType::u(8));
-    QCOMPARE(field.getIndexInMessageInfo(&first), -1);
-    field.addMessageInfo(&first, 4);
-    field.addMessageInfo(&second, 0);
-    field.addMessageInfo(&first, 7); // a second entry; the newer index wins
-    QCOMPARE(field.getMessageInfos(), QVector<MessageInfo *>({ &first, &second, &first }));
-
-    // Each entry needs its own removal; the index outlives them.
-    field.removeMessageInfo(&first);
-    QVERIFY(field.occursIn(&first));
-    field.removeMessageInfo(&first);
-    QVERIFY(!field.occursIn(&first));
-    QCOMPARE(field.getIndexInMessageInfo(&first), 7);
-    QCOMPARE(std::as_const(field).getMessageInfos(), QVector<MessageInfo const *> { &second });
-    field.removeMessageInfo(&second);
-    QCOMPARE(capture.count(), 0);
-}
-
-void tst_FieldInfo::subFields()
-{
-    AssertCapture capture;
-    TestFieldInfo parent(QStringLiteral("RxState"), FieldType::u(32));
-    TestFieldInfo other(QStringLiteral("Other"), FieldType::u(32));
-    TestFieldInfo first(QStringLiteral("ActiveAntenna"), FieldType::u(1));
-    TestFieldInfo second(QStringLiteral("ExtFreq"), FieldType::u(1));
-    parent.addSubFieldInfo(&first);
-    parent.addSubFieldInfo(&second);
-    QCOMPARE(parent.getSubFieldInfos(), QVector<FieldInfo *>({ &first, &second }));
-    QCOMPARE(first.getParentFieldInfo(), &parent);
-    parent.removeSubFieldInfo(&first);
-    QCOMPARE(std::as_const(parent).getSubFieldInfos(), QVector<FieldInfo const *> { &second });
-    QVERIFY(!first.hasParentFieldInfo());
-    QCOMPARE(capture.count(), 0);
-
-    // A second parent is reported and takes over; the former one still lists the sub-field.
-    other.addSubFieldInfo(&second);
-    QCOMPARE(second.getParentFieldInfo(), &other);
-    QCOMPARE(parent.getSubFieldInfos(), QVector<FieldInfo *> { &second });
-    QCOMPARE(other.getSubFieldInfos(), QVector<FieldInfo *> { &second });
-    // Removing a stranger leaves its parent alone.
-    parent.addSubFieldInfo(&first);
-    other.removeSubFieldInfo(&first);
-    QCOMPARE(first.getParentFieldInfo(), &parent);
-    QCOMPARE(
-        capture.texts(),
-        QStringList(
-            { QStringLiteral("FieldInfo already has a parent FieldInfo"),
-              QStringLiteral("FieldInfo::removeSubFieldInfo: Trying to remove a non-subfield") }));
-    QCOMPARE(
-        capture.functions(),
-        QStringList({ QStringLiteral("addSubFieldInfo"), QStringLiteral("removeSubFieldInfo") }));
-
-    // Unlink by hand so that no destructor meets a list it does not expect.
-    other.removeSubFieldInfo(&second);
-    parent.removeSubFieldInfo(&second);
-}
-
-void tst_FieldInfo::symbolicValues()
-{
-    TestFieldInfo field(QStringLiteral("Mode"), FieldType::u(8));
-    field.addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("x"));
-    field.addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("two"));
-    field.addSymbolicValue(FieldValue::u(1, 8), QStringLiteral("y"));
-    QCOMPARE(field.getSymbolicRepresentationForValue(FieldValue::u(1, 8)), QStringLiteral("y"));
-    QCOMPARE(field.getSymbolicRepresentationForValue(FieldValue::u(3, 8)), QString());
-    QCOMPARE(field.getValuesWithSymbolicRepresentation(),
-             QList<FieldValue>({ FieldValue::u(1, 8), FieldValue::u(2, 8), FieldValue::u(1, 8) }));
-}
-
-void tst_FieldInfo::rendering_data()
-{
-    QTest::addColumn<FieldValue>("value");
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<int>("precision");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("withUnit");
-    QTest::addColumn<QString>("interpreted");
-    QTest::addColumn<QString>("raw"); // never localized, scaled, symbolic or with a unit
-
-    // The field has unit "m", do-not-use u8 0, and symbolic texts for u8 0, 2 and (empty) 3.
-    auto row = [](char const *name, FieldValue value, double scale, int precision, int mode,
-                  char const *interpreted, char const *raw, bool withUnit = true) {
-        QTest::newRow(name) << value << scale << precision << mode << withUnit
-                            << QString::fromUtf8(interpreted) << QString::fromUtf8(raw);
-    };
-    row("do-not-use before symbolic text", FieldValue::u(0, 8), 1, -1, 0, "N/A", "0");
-    row("do-not-use of another size", FieldValue::u(0, 16), 1, -1, 0, "0 m", "0");
-    row("NaN double", FieldValue::f64(quietNaN), 1, -1, 0, "N/A", "nan");
-    row("NaN float", FieldValue::f32(float(quietNaN)), 1, -1, 0, "N/A", "nan");
-    row("symbolic text before scaling", FieldValue::u(2, 8), 0.5, -1, 0, "Differential", "2");
-    row("empty symbolic text falls through", FieldValue::u(3, 8), 1, -1, 0, "3 m", "3");
-    row("scaled, six decimals", FieldValue::u(12345, 32), 0.001, -1, 0, "12,345000 m", "12345");
-    row("scaled, no unit wanted", FieldValue::u(12345, 32), 0.001, -1, 0, "12,345000", "12345",
-        false);
-    row("scaled negative", FieldValue::i(-12345, 32), 0.001, -1, 0, "-12,345000 m", "-12345");
-    row("scaled, precision, mode ignored", FieldValue::u(12346, 32), 0.001, 2, 1, "12,35 m",
-        "303a");
-    row("scaled and grouped", FieldValue::u(4000000, 32), 0.5, 0, 0, "2.000.000 m", "4000000");
-    row("scaled float", FieldValue::f32(8.0f), 0.5, 0, 0, "4 m", "8");
-    row("invalid value with scale factor", FieldValue::invalid(), 0.5, -1, 0, "Invalid", "Invalid");
-    row("factor 1: raw value, grouped", FieldValue::u(12345, 32), 1, -1, 0, "12.345 m", "12345");
-    row("hexadecimal", FieldValue::u(255, 32), 1, -1, 1, "ff m", "ff");
-    row("decimal, not grouped", FieldValue::u(12345, 32), 1, -1, 2, "12345 m", "12345");
-    row("double with precision", FieldValue::f64(1234.5678), 1, 3, 0, "1.234,568 m", "1234.568");
-}
-
-void tst_FieldInfo::rendering()
-{
-    QFETCH(FieldValue, value);
-    QFETCH(double, scale);
-    QFETCH(int, precision);
-    QFETCH(int, mode);
-    QFETCH(bool, withUnit);
-
-    TestFieldInfo field(QStringLiteral("F"), value.getType());
-    field.setScaleFactor(scale);
-    field.setPrecision(static_cast<signed char>(precision));
-    field.setRepresentationMode(FieldValue::RepresentationMode(mode));
-    field.setUnit(QStringLiteral("meter"));
-    field.setDoNotUseValue(FieldValue::u(0, 8));
-    field.addSymbolicValue(FieldValue::u(0, 8), QStringLiteral("zero"));
-    field.addSymbolicValue(FieldValue::u(2, 8), QStringLiteral("Differential"));
-    field.addSymbolicValue(FieldValue::u(3, 8), QString());
-    QTEST(field.getInterpretedString(value, withUnit), "interpreted");
-    QTEST(field.getRawString(value), "raw");
-}
-
-void tst_FieldInfo::unitSymbolBeforeValue()
-{
-    // No fixed unit writes its symbol first; a row may be changed to do so.
-    WarningCapture warnings; // the first setUnit of a new text warns
-    TestFieldInfo field(QStringLiteral("Price"), FieldType::u(16));
-    field.setUnit(QStringLiteral("EUR"));
-    field.setUnit(QStringLiteral("EUR"));
-    FieldInfo::sUnitToUnitDataMap[field.getUnit()].symbolAfterValue = false;
-    QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral("EUR 5"));
-}
-
-void tst_FieldInfo::unitRowMissingFromTable()
-{
-    // The row is looked up in the table at each rendering and, when missing, entered empty: an
-    // empty symbol written before the value.
-    WarningCapture warnings; // the first setUnit of a new text warns
-    TestFieldInfo field(QStringLiteral("Weight"), FieldType::u(16));
-    field.setUnit(QStringLiteral("stone"));
-    field.setUnit(QStringLiteral("stone"));
-    QVERIFY(field.hasUnit());
-    FieldInfo::sUnitToUnitDataMap.remove(field.getUnit());
-    QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral(" 5"));
-    QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(field.getUnit()));
-    QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), false), QStringLiteral("5"));
-}
-
-void tst_FieldInfo::valueString_data()
-{
-    QTest::addColumn<int>("basis");
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<bool>("repeated");
-    QTest::addColumn<QByteArray>("characters");
-    QTest::addColumn<QString>("expected"); // null: not a string field, the read throws
-
-    auto row = [](char const *name, int basis, int bits, bool repeated, QByteArray characters,
-                  QString expected) {
-        QTest::newRow(name) << basis << bits << repeated << characters << expected;
-    };
-    int const ch = FieldType::Char;
-    row("stops at the first zero", ch, 8, true, QByteArray("AB\0C", 4), QStringLiteral("AB"));
-    row("no zero", ch, 8, true, "ABC", QStringLiteral("ABC"));
-    row("no values", ch, 8, true, QByteArray(), QStringLiteral(""));
-    row("Latin-1", ch, 8, true, "caf\xe9", QStringLiteral("caf\u00e9"));
-    row("nchar", FieldType::NChar, 8, true, "XY", QStringLiteral("XY"));
-    row("single char", ch, 8, false, "A", QString());
-    row("16-bit char", ch, 16, true, "A", QString());
-    row("byte", FieldType::Byte, 8, true, "A", QString());
-}
-
-void tst_FieldInfo::valueString()
-{
-    QFETCH(int, basis);
-    QFETCH(int, bits);
-    QFETCH(bool, repeated);
-    QFETCH(QByteArray, characters);
-    QFETCH(QString, expected);
-
-    TestFieldInfo field(QStringLiteral("MarkerName"),
-                        FieldType(FieldType::BasisType(basis), unsigned(bits)));
-    field.setIsRepeated(repeated);
-    QCOMPARE(field.isStringField(), !expected.isNull());
-    MessageInfo info(QStringLiteral("ReceiverSetup"));
-    TestMessage message(&info);
-    QVector<FieldValue> values;
-    for (char c : characters)
-        values.append(basis == FieldType::NChar ? FieldValue::nch(c) : FieldValue::ch(c));
-    message.setValues(&field, values);
-    try {
-        QCOMPARE(field.getValueString(&message), expected);
-        QVERIFY(!expected.isNull());
-    } catch (MessageApiEvent const &event) {
-        QVERIFY(expected.isNull());
-        QCOMPARE(event.getType(), MessageApiEvent::ClientError);
-        QCOMPARE(event.getMessage(),
-                 QStringLiteral("Requesting value as a string for non-string field."));
-        QVERIFY(event.getFormat() == nullptr);
-    }
-}
-
-QTEST_GUILESS_MAIN(tst_FieldInfo)
+MSGAPI_TEST_MAIN_WITH_SCENARIOS(tst_FieldInfo)
 
 #include "tst_fieldinfo.moc"
