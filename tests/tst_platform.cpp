@@ -45,32 +45,11 @@ public:
     }
 
 private Q_SLOTS:
-    void countsOnlyWhileEnabled()
-    {
-        MemLeakTracer *tracer = MemLeakTracer::getInstance();
-        const QString thing = QStringLiteral("Thing");
-        tracer->reset();
-        tracer->setEnabled(false);
-        tracer->doAllocateObject(thing); // not counted
-        tracer->setEnabled(true);
-        tracer->doAllocateObject(thing);
-        tracer->doAllocateObject(thing);
-        tracer->doDeallocateObject(thing);
-        QCOMPARE(tracer->getAllocationCount(thing), 2u);
-        QCOMPARE(tracer->getDeallocationCount(thing), 1u);
-        QCOMPARE(tracer->getLiveCount(thing), 1);
-        QCOMPARE(tracer->getLiveCount(QStringLiteral("Other")), 0);
-
-        tracer->reset(); // forgets the counts, stays enabled
-        QVERIFY(tracer->isEnabled());
-        QCOMPARE(tracer->getLiveCount(thing), 0);
-        tracer->setEnabled(false);
-    }
-
     void countsByNameWhateverTheString()
     {
         // One class named by a literal, by a string built at run time and by raw characters in
-        // two places, all of which the tracer must count together; reset() forgets them all.
+        // two places, all of which the tracer must count together, and only while enabled;
+        // reset() forgets them all and keeps the tracer enabled.
         static const QString twice = QStringLiteral("ThingThing");
         const QStringList names { QStringLiteral("Thing"), QString(QLatin1String("Thing")),
                                   QString::fromRawData(twice.constData(), 5),
@@ -78,6 +57,9 @@ private Q_SLOTS:
         MemLeakTracer *tracer = MemLeakTracer::getInstance();
         for (int round = 0; round < 2; ++round) {
             tracer->reset();
+            tracer->setEnabled(false);
+            QVERIFY(!MemLeakTracer::mayCount());
+            tracer->doAllocateObject(names.at(round)); // not counted
             tracer->setEnabled(true);
             QVERIFY(MemLeakTracer::mayCount());
             for (QString const &name : names) {
@@ -85,12 +67,15 @@ private Q_SLOTS:
                 tracer->doAllocateObject(name);
                 tracer->doDeallocateObject(name);
             }
-            tracer->setEnabled(false);
-            QVERIFY(!MemLeakTracer::mayCount());
             QCOMPARE(tracer->getAllocationCount(names.at(1)), 8u);
+            QCOMPARE(tracer->getDeallocationCount(names.at(2)), 4u);
             QCOMPARE(tracer->getLiveCount(names.at(0)), 4);
+            QCOMPARE(tracer->getLiveCount(QStringLiteral("Other")), 0);
         }
         tracer->reset();
+        QVERIFY(tracer->isEnabled());
+        QCOMPARE(tracer->getLiveCount(names.at(0)), 0);
+        tracer->setEnabled(false);
     }
 
     void manyNamesKeepTheirOwnCounts()
@@ -120,17 +105,6 @@ private Q_SLOTS:
         tracer->reset();
     }
 
-    void reportsAfterTheTracerAreDropped()
-    {
-        const ChildProcess::Result result
-            = ChildProcess::run(QStringLiteral("report after the tracer"));
-        QVERIFY2(result.finished && !result.crashed && result.exitCode == 0,
-                 qPrintable(result.standardError));
-        QVERIFY2(result.errorLines().contains(
-                     QStringLiteral("MemLeakTracer: 1 live object(s) of class Late at exit")),
-                 qPrintable(result.standardError));
-    }
-
     void assertHandlerIsReplacedAndRestored()
     {
         WarningCapture warnings;
@@ -146,22 +120,31 @@ private Q_SLOTS:
                      QStringLiteral("ASSERTION FAILED [MOD/SUB] doIt (src/thing:12): it broke")));
     }
 
-    void leakReportAtExit()
+    void childScenarios_data()
     {
-        const ChildProcess::Result result = ChildProcess::run(QStringLiteral("leak"));
-        QVERIFY(result.finished && !result.crashed && result.exitCode == 0);
-        QVERIFY2(result.errorLines().contains(
-                     QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit")),
-                 qPrintable(result.standardError));
-        QVERIFY(!result.standardError.contains(QStringLiteral("Balanced")));
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<bool>("crashes");
+        QTest::addColumn<QString>("line"); // a line of the child's error output
+        QTest::newRow("leak report at exit")
+            << QStringLiteral("leak") << false
+            << QStringLiteral("MemLeakTracer: 1 live object(s) of class Leaky at exit");
+        QTest::newRow("reports after the tracer are dropped")
+            << QStringLiteral("report after the tracer") << false
+            << QStringLiteral("MemLeakTracer: 1 live object(s) of class Late at exit");
+        QTest::newRow("fatal aborts")
+            << QStringLiteral("fatal") << true << QStringLiteral("child fatal text.");
     }
 
-    void fatalRunsInAChildProcess()
+    void childScenarios()
     {
-        const ChildProcess::Result result = ChildProcess::run(QStringLiteral("fatal"));
-        QVERIFY(result.finished && result.crashed);
-        QVERIFY2(result.errorLines().contains(QStringLiteral("child fatal text.")),
+        QFETCH(QString, scenario);
+        QFETCH(bool, crashes);
+        QFETCH(QString, line);
+        const ChildProcess::Result result = ChildProcess::run(scenario);
+        QVERIFY2(result.finished && result.crashed == crashes && (crashes || result.exitCode == 0),
                  qPrintable(result.standardError));
+        QVERIFY2(result.errorLines().contains(line), qPrintable(result.standardError));
+        QVERIFY(!result.standardError.contains(QStringLiteral("Balanced")));
     }
 };
 
