@@ -124,6 +124,8 @@ private Q_SLOTS:
         format.addMessageInfo(&first);
         format.addSubMessageInfo(&sub);
         format.addMessageInfo(&second);
+        format.setDescriptiveText(QStringLiteral("Receiver output"));
+        QCOMPARE(format.getDescriptiveText(), QStringLiteral("Receiver output"));
 
         // A later name takes over the index; a sub-message is only in the full list.
         QCOMPARE(format.getMessageInfo(QStringLiteral("Pos")), &second);
