@@ -25,7 +25,6 @@ public:
     WarningCapture(WarningCapture const &) = delete;
     WarningCapture &operator=(WarningCapture const &) = delete;
 
-    QList<Entry> entries() const { return mEntries; }
     /// The texts of the warnings (QtWarningMsg) only, in order.
     QStringList warnings() const { return textsOf(QtWarningMsg); }
     /// The texts of the debug lines (QtDebugMsg) only, in order.
