@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+#include <utility>
+
 namespace {
 // Message only stores the pointer; it never looks at the type.
 MessageInfo const *const fakeInfo = reinterpret_cast<MessageInfo const *>(0x10);
@@ -25,9 +27,8 @@ private Q_SLOTS:
         child.setParentMessage(&parent); // a plain link: no reference is taken
         QCOMPARE(parent.getNumberOfReferences() + child.getNumberOfReferences(), 0);
         // The base class has no sub-messages of its own.
-        child.setSubMessages({ &parent });
-        QVERIFY(child.Message::getSubMessages().isEmpty());
-        QVERIFY(static_cast<TestMessage const &>(child).Message::getSubMessages().isEmpty());
+        QVERIFY(child.getSubMessages().isEmpty());
+        QVERIFY(std::as_const(child).getSubMessages().isEmpty());
 
         QCOMPARE(child.getRawRepresentationOf(&parent),
                  reinterpret_cast<uint8_t const *>(parent.getRaw().constData()));

@@ -25,8 +25,7 @@ public:
 
     AssertCapture();
     ~AssertCapture();
-    AssertCapture(AssertCapture const &) = delete;
-    AssertCapture &operator=(AssertCapture const &) = delete;
+    Q_DISABLE_COPY(AssertCapture)
 
     QList<Report> reports() const { return mReports; }
     /// The texts of the reports, in order.
@@ -34,7 +33,6 @@ public:
     /// The function names of the reports, in order.
     QStringList functions() const { return collect(&Report::function); }
     int count() const { return int(mReports.size()); }
-    void clear() { mReports.clear(); }
 
 private:
     QStringList collect(QByteArray Report::*part) const;

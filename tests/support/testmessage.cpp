@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "testmessage.h"
 
-QVector<Message const *> TestMessage::getSubMessages() const
-{
-    return QVector<Message const *>(mSubMessages.cbegin(), mSubMessages.cend());
-}
-
 void TestMessage::setValues(FieldInfo const *field, QVector<FieldValue> values)
 {
     mValues.insert(field, values);

@@ -12,8 +12,8 @@
 class FieldInfo;
 
 /**
- * A concrete Message for tests: holds raw bytes, an optional list of sub-messages and the
- * values of its fields (read and written by TestFieldInfo).
+ * A concrete Message for tests: holds raw bytes and the values of its fields (read and written
+ * by TestFieldInfo); it has no sub-messages.
  */
 class TestMessage : public Message
 {
@@ -25,11 +25,6 @@ public:
 
     unsigned int getRawSize() const override { return unsigned(mRaw.size()); }
     QByteArray getRaw() const { return mRaw; }
-
-    /// Sub-messages returned by both getSubMessages() overloads (not owned).
-    void setSubMessages(QVector<Message *> subMessages) { mSubMessages = subMessages; }
-    QVector<Message const *> getSubMessages() const override;
-    QVector<Message *> getSubMessages() override { return mSubMessages; }
 
     /// The values of a field, replacing earlier ones; a field with values is present.
     void setValues(FieldInfo const *field, QVector<FieldValue> values);
@@ -47,7 +42,6 @@ protected:
 
 private:
     QByteArray mRaw;
-    QVector<Message *> mSubMessages;
     QHash<FieldInfo const *, QVector<FieldValue>> mValues;
 };
 

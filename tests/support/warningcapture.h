@@ -22,8 +22,7 @@ public:
 
     WarningCapture();
     ~WarningCapture();
-    WarningCapture(WarningCapture const &) = delete;
-    WarningCapture &operator=(WarningCapture const &) = delete;
+    Q_DISABLE_COPY(WarningCapture)
 
     /// The texts of the warnings (QtWarningMsg) only, in order.
     QStringList warnings() const { return textsOf(QtWarningMsg); }
