@@ -189,8 +189,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("firstWarning");
 
-        QTest::newRow("symbol") << QString() << QStringLiteral("Height") << QStringLiteral("m")
-                                << QStringLiteral("Field  \"Height\"  has unknown unit  \"m\" . ");
         QTest::newRow("long name, earlier unit kept")
             << QStringLiteral("second") << QStringLiteral("Speed") << QStringLiteral("meter/second")
             << QStringLiteral("Field  \"Speed\"  has unknown unit  \"meter/second\" . ");
