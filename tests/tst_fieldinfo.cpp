@@ -111,51 +111,44 @@ private Q_SLOTS:
                      "report|ensureExplicitUnits|Units missing in ensureExplicitUnits()")));
     }
 
-    void unknownText_data()
+    void unknownUnitText()
     {
-        QTest::addColumn<QString>("previous");
-        QTest::addColumn<QString>("fieldName");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("firstWarning");
-
-        QTest::newRow("long name, earlier unit kept")
-            << QStringLiteral("second") << QStringLiteral("Speed") << QStringLiteral("meter/second")
-            << QStringLiteral("Field  \"Speed\"  has unknown unit  \"meter/second\" . ");
-        QTest::newRow("blanks, quotes written as they are")
-            << QString() << QStringLiteral("T\"1\"") << QStringLiteral(" meter ")
-            << QStringLiteral("Field  \"T\"1\"\"  has unknown unit  \" meter \" . ");
-    }
-
-    void unknownText()
-    {
-        QFETCH(QString, previous);
-        QFETCH(QString, fieldName);
-        QFETCH(QString, text);
-        QFETCH(QString, firstWarning);
-
-        TestFieldInfo field(fieldName, FieldType::u(8));
-        field.setUnit(previous);
-        Unit const before = field.getUnit();
-        int added = 63; // the first run-time value, unless an earlier row took it
-        while (FieldInfo::sUnitToUnitDataMap.contains(Unit(added)))
-            ++added;
-
+        // Warned about twice, the earlier unit kept, and entered as a row of its own with the
+        // text, blanks and quotes as they are, as every name; from then on the text is known.
+        TestFieldInfo field(QStringLiteral("T\"1\""), FieldType::u(16));
+        field.setUnit(QStringLiteral("second"));
+        QString const text = QStringLiteral(" meter/s ");
         WarningCapture warnings;
         field.setUnit(text);
-        QCOMPARE(warnings.warnings(), QStringList({ firstWarning, secondWarning }));
-        QCOMPARE(field.getUnit(), before);
-        FieldInfo::UnitData const data = FieldInfo::sUnitToUnitDataMap.value(Unit(added));
-        QCOMPARE(int(data.unit), added);
+        QCOMPARE(
+            warnings.warnings(),
+            QStringList({ QStringLiteral("Field  \"T\"1\"\"  has unknown unit  \" meter/s \" . "),
+                          secondWarning }));
+        QCOMPARE(field.getUnit(), FieldInfo::UnitSecond);
+        Unit const added = Unit(63); // the first value after the fixed rows
+        FieldInfo::UnitData const data = FieldInfo::sUnitToUnitDataMap.value(added);
+        QCOMPARE(data.unit, added);
         QCOMPARE(QStringList({ data.identifier, data.symbol, data.singularText, data.pluralText }),
                  QStringList({ text, text, text, text }));
         QVERIFY(data.symbolAfterValue);
-
-        // From now on the text is known.
         warnings.clear();
         field.setUnit(text);
-        QCOMPARE(int(field.getUnit()), added);
+        QCOMPARE(field.getUnit(), added);
         QCOMPARE(field.getUnitString(false), text);
         QCOMPARE(warnings.warnings(), QStringList());
+
+        // The table's row, not the field's copy, decides at each rendering: a symbol may be
+        // moved before the value, and a missing row is entered empty.
+        FieldValue const five = FieldValue::u(5, 16);
+        QCOMPARE(field.getInterpretedString(five, true), QStringLiteral("5  meter/s "));
+        FieldInfo::sUnitToUnitDataMap[added].symbolAfterValue = false;
+        QCOMPARE(field.getInterpretedString(five, true), QStringLiteral(" meter/s  5"));
+        FieldInfo::sUnitToUnitDataMap.remove(added);
+        QCOMPARE(field.getInterpretedString(five, true), QStringLiteral(" 5"));
+        QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(added));
+        QCOMPARE(field.getInterpretedString(five, false), QStringLiteral("5"));
+        field.setUnit(QStringLiteral("furlong")); // takes the next free value
+        QCOMPARE(FieldInfo::sUnitToUnitDataMap.value(Unit(64)).symbol, QStringLiteral("furlong"));
     }
 
     void unknownUnitValue()
@@ -311,22 +304,6 @@ private Q_SLOTS:
         field.addSymbolicValue(FieldValue::u(3, 8), QString());
         QTEST(field.getInterpretedString(value, withUnit), "interpreted");
         QTEST(field.getRawString(value), "raw");
-    }
-
-    void unitRowChangedAfterSetUnit()
-    {
-        // The table's row, not the field's copy, decides at each rendering: a symbol may be
-        // moved before the value, and a missing row is entered empty.
-        WarningCapture warnings; // the first setUnit of a new text warns
-        TestFieldInfo field(QStringLiteral("Price"), FieldType::u(16));
-        field.setUnit(QStringLiteral("EUR"));
-        field.setUnit(QStringLiteral("EUR"));
-        FieldInfo::sUnitToUnitDataMap[field.getUnit()].symbolAfterValue = false;
-        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral("EUR 5"));
-        FieldInfo::sUnitToUnitDataMap.remove(field.getUnit());
-        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), true), QStringLiteral(" 5"));
-        QVERIFY(FieldInfo::sUnitToUnitDataMap.contains(field.getUnit()));
-        QCOMPARE(field.getInterpretedString(FieldValue::u(5, 16), false), QStringLiteral("5"));
     }
 
     void valueString_data()
