@@ -155,17 +155,14 @@ private Q_SLOTS:
         info.addFieldInfo(&number, 0);
         info.addFieldInfo(&key, 12, true);
         info.addFieldInfo(&mode, 5);
-        // The index is the caller's, not the position in the list.
-        QCOMPARE(key.getIndexInMessageInfo(&info), 12);
-        QCOMPARE(info.getKeyFieldInfos(), QVector<FieldInfo const *> { &key });
         QCOMPARE(info.getFieldInfo(QStringLiteral("SVID")), &key);
         // A second field of the same name takes over the name only.
         info.addFieldInfo(&sameName, 3);
         QCOMPARE(info.getFieldInfo(QStringLiteral("SVID")), &sameName);
         QCOMPARE(info.getFieldInfos(), Fields({ &number, &key, &mode, &sameName }));
 
-        // A removed key field stays a key field and keeps its index. The name entry goes by name,
-        // though it named the other field.
+        // A removed key field stays a key field and keeps its index (the caller's, not its
+        // position). The name entry goes by name, though it named the other field.
         info.removeFieldInfo(&key);
         QCOMPARE(std::as_const(info).getFieldInfos(),
                  QVector<FieldInfo const *>({ &number, &mode, &sameName }));
@@ -173,19 +170,15 @@ private Q_SLOTS:
         QCOMPARE(info.getKeyFieldInfos(), QVector<FieldInfo const *> { &key });
         QVERIFY(!key.occursIn(&info));
         QCOMPARE(key.getIndexInMessageInfo(&info), 12);
-        QCOMPARE(capture.count(), 0);
 
         // The field is asked first, then the message checks its own lists; a stranger's name still
         // takes the entry.
         info.removeFieldInfo(&stranger);
-        QCOMPARE(
-            capture.texts(),
-            QStringList(
-                { QStringLiteral("FieldInfo::removeMessageInfo: Trying to remove a non-member"),
-                  QStringLiteral("MessageInfo::removeFieldInfo: Trying to remove a non-member") }));
-        QCOMPARE(capture.functions(),
-                 QStringList(
-                     { QStringLiteral("removeMessageInfo"), QStringLiteral("removeFieldInfo") }));
+        QCOMPARE(capture.texts().join(QLatin1Char('\n')),
+                 QStringLiteral("FieldInfo::removeMessageInfo: Trying to remove a non-member\n"
+                                "MessageInfo::removeFieldInfo: Trying to remove a non-member"));
+        QCOMPARE(capture.functions().join(QLatin1Char(' ')),
+                 QStringLiteral("removeMessageInfo removeFieldInfo"));
         QCOMPARE(info.getFieldInfos(), Fields({ &number, &mode, &sameName }));
         QVERIFY(info.getFieldInfo(QStringLiteral("Mode")) == nullptr);
     }
@@ -204,12 +197,6 @@ private Q_SLOTS:
         channel.addReferringFieldInfo(&first);
         channel.removeReferringFieldInfo(&first);
         QCOMPARE(channel.getReferringFieldInfos(), QVector<FieldInfo *>({ &second, &first }));
-        {
-            TestFieldInfo third(QStringLiteral("Type3"), FieldType::subMessage(&channel));
-            QCOMPARE(channel.getReferringFieldInfos().size(), 3);
-        }
-        QCOMPARE(channel.getReferringFieldInfos(), QVector<FieldInfo *>({ &second, &first }));
-        QCOMPARE(capture.count(), 0);
 
         TestFieldInfo plain(QStringLiteral("N"), FieldType::u(8));
         channel.removeReferringFieldInfo(&plain);
@@ -224,30 +211,30 @@ private Q_SLOTS:
         MessageInfo info(QStringLiteral("M"));
         TestFieldInfo number(QStringLiteral("Number"), FieldType::u(16));
         TestFieldInfo revision(QStringLiteral("Revision"), FieldType::u(3));
-        FieldValue const value = FieldValue::u(4006, 16);
-        FieldValue const high = FieldValue::u(7, 3);
-        FieldValue const low = FieldValue::u(1, 3);
-        auto ends = [&info](int position) {
-            QVector<FieldValue> ends;
-            for (MessageInfo::DiscriminantValueRange const &range :
-                 info.getDiscriminants().at(position).ranges)
-                ends << range.low << range.high;
-            return ends;
+        auto positions = [&info] { // "field: low-high ..." for each position
+            QStringList texts;
+            for (MessageInfo::Discriminant const &discriminant : info.getDiscriminants()) {
+                texts << discriminant.fieldInfo->getName() + QLatin1Char(':');
+                for (MessageInfo::DiscriminantValueRange const &range : discriminant.ranges)
+                    texts.last() += QLatin1Char(' ') + range.low.toString(true) + QLatin1Char('-')
+                        + range.high.toString(true);
+            }
+            return texts;
         };
 
         QVERIFY(info.getDiscriminant(&number).ranges.isEmpty()); // created empty at position 0
-        info.addDiscriminantValue(&number, value);
-        info.addDiscriminantValueRange(&revision, high, low); // the next position, stored as given
-        info.addDiscriminantValue(&number, value); // kept twice
-        QCOMPARE(info.getDiscriminants().size(), 2);
-        QCOMPARE(info.getDiscriminants().at(0).fieldInfo, &number);
-        QCOMPARE(info.getDiscriminants().at(1).fieldInfo, &revision);
-        QCOMPARE(ends(0), QVector<FieldValue>({ value, value, value, value }));
-        QCOMPARE(ends(1), QVector<FieldValue>({ high, low }));
+        info.addDiscriminantValue(&number, FieldValue::u(4006, 16));
+        // The next position, stored as given.
+        info.addDiscriminantValueRange(&revision, FieldValue::u(7, 3), FieldValue::u(1, 3));
+        info.addDiscriminantValue(&number, FieldValue::u(4006, 16)); // kept twice
+        QCOMPARE(
+            positions(),
+            QStringList({ QStringLiteral("Number: 4006 (u16)-4006 (u16) 4006 (u16)-4006 (u16)"),
+                          QStringLiteral("Revision: 7 (u3)-1 (u3)") }));
 
         // The reference is into the message's own list.
         info.getDiscriminant(&revision).ranges.clear();
-        QCOMPARE(ends(1), QVector<FieldValue>());
+        QCOMPARE(positions().last(), QStringLiteral("Revision:"));
     }
 
     void listsOutOfStep()
@@ -290,18 +277,14 @@ private Q_SLOTS:
         DictionaryTestAccess::constSubFieldInfos(first) = { &third };
         first.removeSubFieldInfo(&third);
 
-        QCOMPARE(
-            capture.texts(),
-            QStringList(
-                { QStringLiteral("MessageInfo::removeFieldInfo: vectors not consistent"),
-                  QStringLiteral("MessageInfo::removeReferringFieldInfo: vectors not consistent"),
-                  QStringLiteral("FieldInfo::removeMessageInfo: vectors not consistent"),
-                  QStringLiteral("FieldInfo::removeSubFieldInfo: vectors not consistent") }));
-        QCOMPARE(capture.functions(),
-                 QStringList({ QStringLiteral("removeFieldInfo"),
-                               QStringLiteral("removeReferringFieldInfo"),
-                               QStringLiteral("removeMessageInfo"),
-                               QStringLiteral("removeSubFieldInfo") }));
+        QCOMPARE(capture.texts().join(QLatin1Char('\n')),
+                 QStringLiteral("MessageInfo::removeFieldInfo: vectors not consistent\n"
+                                "MessageInfo::removeReferringFieldInfo: vectors not consistent\n"
+                                "FieldInfo::removeMessageInfo: vectors not consistent\n"
+                                "FieldInfo::removeSubFieldInfo: vectors not consistent"));
+        QCOMPARE(capture.functions().join(QLatin1Char(' ')),
+                 QStringLiteral("removeFieldInfo removeReferringFieldInfo removeMessageInfo "
+                                "removeSubFieldInfo"));
     }
 
     void destructionOrders_data()
