@@ -65,8 +65,8 @@ private Q_SLOTS:
     void unitTable()
     {
         // Every fixed row, as the table holds it, as unitToString() shows it and as setUnit()
-        // picks it by its identifier, in one text whose SHA-1 is pinned: a changed unit text
-        // fails here, and the failure prints the whole table.
+        // picks it by its identifier (the first row wins an identifier taken twice), in one text
+        // whose SHA-1 is pinned: a changed unit text fails here, and prints the whole table.
         WarningCapture warnings;
         TestFieldInfo field(QStringLiteral("F"), FieldType::u(8));
         QStringList rows;
@@ -89,16 +89,6 @@ private Q_SLOTS:
         if (digest.toHex() != "b4a7229562a7c9d6594409dc8c78f432443eef4a")
             qWarning("%s", qPrintable(rows.join(QLatin1Char('\n'))));
         QCOMPARE(digest.toHex(), QByteArray("b4a7229562a7c9d6594409dc8c78f432443eef4a"));
-
-        // The rows that differ in kind: no unit, texts beyond ASCII, an identifier taken twice
-        // (the first row wins).
-        QCOMPARE(rows.at(0), QStringLiteral("0|||||0|||0|0|"));
-        QCOMPARE(rows.at(6),
-                 QStringLiteral("6|microsecond|µs|microsecond|microseconds|1|µs|"
-                                "microsecond|6|1|µs"));
-        QCOMPARE(rows.at(52),
-                 QStringLiteral("52|secondpersecondsquared|s/s²|second/second²|"
-                                "second/second²|1|s/s²|second/second²|24|1|s/s²"));
     }
 
     void wrongTableSizeIsReported()
@@ -207,7 +197,6 @@ private Q_SLOTS:
         parent.removeSubFieldInfo(&first);
         QCOMPARE(std::as_const(parent).getSubFieldInfos(), QVector<FieldInfo const *> { &second });
         QVERIFY(!first.hasParentFieldInfo());
-        QCOMPARE(capture.count(), 0);
 
         // A second parent is reported and takes over; the former one still lists the sub-field.
         other.addSubFieldInfo(&second);
@@ -218,14 +207,11 @@ private Q_SLOTS:
         parent.addSubFieldInfo(&first);
         other.removeSubFieldInfo(&first);
         QCOMPARE(first.getParentFieldInfo(), &parent);
-        QCOMPARE(
-            capture.texts(),
-            QStringList({ QStringLiteral("FieldInfo already has a parent FieldInfo"),
-                          QStringLiteral(
-                              "FieldInfo::removeSubFieldInfo: Trying to remove a non-subfield") }));
-        QCOMPARE(capture.functions(),
-                 QStringList(
-                     { QStringLiteral("addSubFieldInfo"), QStringLiteral("removeSubFieldInfo") }));
+        QCOMPARE(capture.texts().join(QLatin1Char('\n')),
+                 QStringLiteral("FieldInfo already has a parent FieldInfo\n"
+                                "FieldInfo::removeSubFieldInfo: Trying to remove a non-subfield"));
+        QCOMPARE(capture.functions().join(QLatin1Char(' ')),
+                 QStringLiteral("addSubFieldInfo removeSubFieldInfo"));
 
         // Unlink by hand so that no destructor meets a list it does not expect.
         other.removeSubFieldInfo(&second);
