@@ -22,27 +22,23 @@ QStringList namesOf(QVector<MessageInfo const *> const &infos)
     return names;
 }
 
-// The plain scan's names, or the text of the exception it throws.
-QStringList scanNames(FormatInfo const &format, QVector<FieldValue> const &values)
+// What the lookup finds (names, or the text it throws) when the plain scan and, for one value,
+// the single-value lookup find the same; otherwise what each of them finds, joined by " | ".
+QString lookup(FormatInfo const &format, QVector<FieldValue> const &values)
 {
-    try {
-        return namesOf(scanForDiscriminant(format, values));
-    } catch (MessageApiEvent const &event) {
-        return { QStringLiteral("thrown: ") + event.getMessage() };
-    }
-}
-
-QStringList lookupNames(FormatInfo const &format, QVector<FieldValue> const &values)
-{
-    try {
-        QStringList const names = namesOf(format.getMessageInfosForDiscriminant(values));
-        if (values.size() == 1
-            && namesOf(format.getMessageInfosForDiscriminant(values.at(0))) != names)
-            return { QStringLiteral("the single-value lookup differs") };
-        return names;
-    } catch (MessageApiEvent const &event) {
-        return { QStringLiteral("thrown: ") + event.getMessage() };
-    }
+    auto names = [](auto const &find) {
+        try {
+            return namesOf(find()).join(QLatin1Char(' '));
+        } catch (MessageApiEvent const &event) {
+            return QStringLiteral("thrown: ") + event.getMessage();
+        }
+    };
+    QStringList found { names([&] { return format.getMessageInfosForDiscriminant(values); }),
+                        names([&] { return scanForDiscriminant(format, values); }) };
+    if (values.size() == 1)
+        found << names([&] { return format.getMessageInfosForDiscriminant(values.at(0)); });
+    found.removeDuplicates();
+    return found.join(QStringLiteral(" | "));
 }
 
 } // namespace
@@ -184,7 +180,8 @@ private Q_SLOTS:
                     addMessage()->addDiscriminantValueRange(fields[0].get(), low, high);
             }
             for (FieldValue const &value : edges)
-                QCOMPARE(lookupNames(format, { value }), scanNames(format, { value }));
+                QVERIFY2(!lookup(format, { value }).contains(QLatin1Char('|')),
+                         qPrintable(lookup(format, { value })));
             return;
         }
 
@@ -217,7 +214,8 @@ private Q_SLOTS:
             QVector<FieldValue> values;
             for (unsigned int i = below(5); i > 0; --i)
                 values.append(value());
-            QCOMPARE(lookupNames(format, values), scanNames(format, values));
+            QString const found = lookup(format, values);
+            QVERIFY2(!found.contains(QLatin1Char('|')), qPrintable(found));
 
             if (!changes || below(4) != 0)
                 continue;
@@ -257,11 +255,7 @@ private Q_SLOTS:
         otherFormat->addMessageInfo(otherMessage.get());
         otherFormat->addMessageInfo(&b);
         auto names = [](FormatInfo const *in, unsigned value) {
-            QStringList const found
-                = namesOf(in->getMessageInfosForDiscriminant(FieldValue::u(value, 8)));
-            if (scanNames(*in, { FieldValue::u(value, 8) }) != found)
-                return QStringLiteral("differs from the plain scan");
-            return found.join(QLatin1Char(' '));
+            return lookup(*in, { FieldValue::u(value, 8) });
         };
 
         // A range widened through a reference taken before the first lookup.
