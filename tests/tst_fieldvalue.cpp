@@ -55,9 +55,6 @@ class tst_FieldValue : public QObject
 {
     Q_OBJECT
 
-    TestMessage mMessageA { infoA };
-    TestMessage mMessageB { infoB };
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -196,9 +193,9 @@ private Q_SLOTS:
         QVERIFY(!(FieldType::subMessage(infoA) == FieldType::subMessage(infoB)));
     }
 
-    void subMessageTextsNameTheMessageType()
+    void subMessages()
     {
-        // "%1" in a name must come through as it is, not be filled a second time.
+        // The texts name the message type; "%1" in a name is not filled a second time.
         for (QString const &name : { QStringLiteral("PvtCartesian"), QStringLiteral("A%1") }) {
             const MessageInfo info(name);
             const FieldType type = FieldType::subMessage(&info);
@@ -211,6 +208,18 @@ private Q_SLOTS:
             QCOMPARE(FieldValue::subMessage(&message).toString(true, -1, FieldValue::Decimal, true),
                      address + QStringLiteral(" (") + name + QLatin1Char(')'));
         }
+
+        // Only a message of exactly the field's message type makes a value.
+        const TestMessage messageA(infoA), messageB(infoB), other(infoA);
+        const FieldType ofA = FieldType::subMessage(infoA);
+        Message const *a = &messageA, *b = &messageB, *none = nullptr;
+        QVERIFY(!FieldValue::value(ofA, b).isValid() && !FieldValue::value(ofA, none).isValid());
+        QVERIFY(!FieldValue::value(FieldType::u(64), a).isValid());
+        QVERIFY(!FieldValue::value(FieldType::subMessage(nullptr), a).isValid());
+        const FieldValue value = FieldValue::value(ofA, a);
+        QVERIFY(value.getType() == ofA && value.getSubMessage() == a);
+        QVERIFY(value == FieldValue::subMessage(&messageA));
+        QVERIFY(!(value == FieldValue::subMessage(&other)));
     }
 
     void reads_data()
@@ -400,21 +409,6 @@ private Q_SLOTS:
             QCOMPARE(qHash(a), qHash(b));
             QCOMPARE((QHash<FieldValue, int> { { a, 1 } }).value(b), 1);
         }
-    }
-
-    void subMessageValue()
-    {
-        // Only a message of exactly the field's message type makes a value.
-        const FieldType ofA = FieldType::subMessage(infoA);
-        Message const *a = &mMessageA, *b = &mMessageB, *none = nullptr;
-        QVERIFY(!FieldValue::value(ofA, b).isValid() && !FieldValue::value(ofA, none).isValid());
-        QVERIFY(!FieldValue::value(FieldType::u(64), a).isValid());
-        QVERIFY(!FieldValue::value(FieldType::subMessage(nullptr), a).isValid());
-        const FieldValue value = FieldValue::value(ofA, a);
-        QVERIFY(value.getType() == ofA && value.getSubMessage() == a);
-        QVERIFY(value == FieldValue::subMessage(&mMessageA));
-        const TestMessage other(infoA);
-        QVERIFY(!(value == FieldValue::subMessage(&other)));
     }
 
     void tracesConstructionAndCopyButNotAssignment()
