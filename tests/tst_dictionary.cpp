@@ -271,9 +271,8 @@ private Q_SLOTS:
 
     void listsOutOfStep()
     {
-        // Each pair of lists gets two elements, swapped in the const list only, and the front
-        // one is removed. Then the const list is put back in step and the rest unlinked, so that
-        // the destructors meet consistent lists.
+        // Two elements, swapped in the const list only, and the front one removed; then the lists
+        // are put back in step for the destructors.
         AssertCapture capture;
         MessageInfo info(QStringLiteral("M"));
         MessageInfo other(QStringLiteral("N"));
@@ -417,25 +416,21 @@ private Q_SLOTS:
 
     void messageLists()
     {
+        // A later name takes over the index; a sub-message type is only in the full list and is
+        // never found by its discriminant.
         using Messages = QVector<MessageInfo const *>;
-        FormatInfo format(QStringLiteral("F"));
-        MessageInfo first(QStringLiteral("Pos"));
-        MessageInfo second(QStringLiteral("Pos"));
-        MessageInfo sub(QStringLiteral("Channel"));
-        sub.addDiscriminantValue(nullptr, FieldValue::u(1, 8));
-        format.addMessageInfo(&first);
-        format.addSubMessageInfo(&sub);
-        format.addMessageInfo(&second);
-        format.setDescriptiveText(QStringLiteral("Receiver output"));
-        QCOMPARE(format.getDescriptiveText(), QStringLiteral("Receiver output"));
-
-        // A later name takes over the index; a sub-message is only in the full list.
-        QCOMPARE(format.getMessageInfo(QStringLiteral("Pos")), &second);
-        QVERIFY(format.getMessageInfo(QStringLiteral("Channel")) == nullptr);
-        QCOMPARE(format.getMessageInfos(), Messages({ &first, &second }));
-        QCOMPARE(format.getMessageInfosAlfabetically(), Messages({ &first, &second }));
-        QCOMPARE(format.getMessageInfosIncludingSubMessages(), Messages({ &first, &sub, &second }));
-        QVERIFY(format.getMessageInfosForDiscriminant(FieldValue::u(1, 8)).isEmpty());
+        MessageInfo second(QStringLiteral("M"));
+        Scene scene;
+        scene.S->addDiscriminantValue(nullptr, FieldValue::u(1, 8));
+        scene.F->addMessageInfo(&second);
+        scene.F->setDescriptiveText(QStringLiteral("Receiver output"));
+        QCOMPARE(scene.F->getDescriptiveText(), QStringLiteral("Receiver output"));
+        QCOMPARE(scene.F->getMessageInfo(QStringLiteral("M")), &second);
+        QVERIFY(scene.F->getMessageInfo(QStringLiteral("S")) == nullptr);
+        QCOMPARE(scene.F->getMessageInfos(), Messages({ scene.M, &second }));
+        QCOMPARE(scene.F->getMessageInfosIncludingSubMessages(),
+                 Messages({ scene.M, scene.S, &second }));
+        QVERIFY(scene.F->getMessageInfosForDiscriminant(FieldValue::u(1, 8)).isEmpty());
     }
 
     void discriminantLookupAsScan_data()

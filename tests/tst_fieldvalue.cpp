@@ -113,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(value.toString(true, -1, FieldValue::Natural, false), texts.at(4));
     }
 
-    void floatOverride()
+    void floatRepresentation()
     {
         auto render = [](char format, int floatPrecision, int doublePrecision, FieldValue v) {
             FloatRepresentation::override(format, floatPrecision, doublePrecision);
@@ -132,10 +132,7 @@ private Q_SLOTS:
         QCOMPARE(FloatRepresentation::format, 'e');
         QCOMPARE(FloatRepresentation::floatPrecision, 3);
         QCOMPARE(FloatRepresentation::doublePrecision, 3);
-    }
 
-    void getString()
-    {
         // A single is widened, not rounded to the nearest double of its decimal text.
         QCOMPARE(FloatRepresentation::getString(0.1f, 'f', 10, false),
                  QStringLiteral("0.1000000015"));
