@@ -173,69 +173,51 @@ class tst_Dictionary : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fields()
+    void fieldsAndReferringFields()
     {
         using Fields = QVector<FieldInfo *>;
         AssertCapture capture;
-        MessageInfo info(QStringLiteral("M"));
-        QVERIFY(info.isMain());
-        TestFieldInfo number(QStringLiteral("Number"), FieldType::u(16));
-        TestFieldInfo key(QStringLiteral("SVID"), FieldType::u(8));
-        TestFieldInfo mode(QStringLiteral("Mode"), FieldType::u(8));
-        TestFieldInfo sameName(QStringLiteral("SVID"), FieldType::u(16));
-        TestFieldInfo stranger(QStringLiteral("Mode"), FieldType::u(8));
-        info.addFieldInfo(&number, 0);
-        info.addFieldInfo(&key, 12, true);
-        info.addFieldInfo(&mode, 5);
-        QCOMPARE(info.getFieldInfo(QStringLiteral("SVID")), &key);
+        Scene scene;
+        MessageInfo *info = scene.M;
+        QVERIFY(info->isMain());
         // A second field of the same name takes over the name only.
-        info.addFieldInfo(&sameName, 3);
-        QCOMPARE(info.getFieldInfo(QStringLiteral("SVID")), &sameName);
-        QCOMPARE(info.getFieldInfos(), Fields({ &number, &key, &mode, &sameName }));
+        TestFieldInfo sameName(QStringLiteral("a"), FieldType::u(8));
+        info->addFieldInfo(&sameName, 12);
+        QCOMPARE(info->getFieldInfo(QStringLiteral("a")), &sameName);
+        QCOMPARE(info->getFieldInfos(), Fields({ scene.a, scene.b, scene.p, &sameName }));
 
-        // A removed key field stays a key field and keeps its index (the caller's, not its
-        // position). The name entry goes by name, though it named the other field.
-        info.removeFieldInfo(&key);
-        QCOMPARE(std::as_const(info).getFieldInfos(),
-                 QVector<FieldInfo const *>({ &number, &mode, &sameName }));
-        QVERIFY(info.getFieldInfo(QStringLiteral("SVID")) == nullptr);
-        QCOMPARE(info.getKeyFieldInfos(), QVector<FieldInfo const *> { &key });
-        QVERIFY(!key.occursIn(&info));
-        QCOMPARE(key.getIndexInMessageInfo(&info), 12);
+        // A removed key field stays a key field. The name entry goes by name, though it named the
+        // other field, whose index is the caller's, not its position.
+        info->removeFieldInfo(scene.a);
+        QCOMPARE(std::as_const(*info).getFieldInfos(),
+                 QVector<FieldInfo const *>({ scene.b, scene.p, &sameName }));
+        QVERIFY(info->getFieldInfo(QStringLiteral("a")) == nullptr);
+        QCOMPARE(info->getKeyFieldInfos(), QVector<FieldInfo const *> { scene.a });
+        QVERIFY(!scene.a->occursIn(info));
+        QCOMPARE(sameName.getIndexInMessageInfo(info), 12);
 
-        // The field is asked first, then the message checks its own lists; a stranger's name still
-        // takes the entry.
-        info.removeFieldInfo(&stranger);
-        QCOMPARE(capture.texts().join(QLatin1Char('\n')),
-                 QStringLiteral("FieldInfo::removeMessageInfo: Trying to remove a non-member\n"
-                                "MessageInfo::removeFieldInfo: Trying to remove a non-member"));
+        // No duplicate check for referring fields: a second entry needs a second removal.
+        TestFieldInfo second(QStringLiteral("b2"), FieldType::subMessage(scene.S));
+        QCOMPARE(std::as_const(*scene.S).getReferringFieldInfos(),
+                 QVector<FieldInfo const *>({ scene.b, &second }));
+        scene.S->addReferringFieldInfo(scene.b);
+        scene.S->removeReferringFieldInfo(scene.b);
+        QCOMPARE(scene.S->getReferringFieldInfos(), Fields({ &second, scene.b }));
+
+        // Removing a stranger: the field is asked first, then the message checks its own lists; a
+        // stranger's name still takes the entry.
+        TestFieldInfo stranger(QStringLiteral("p"), FieldType::u(8));
+        info->removeFieldInfo(&stranger);
+        scene.S->removeReferringFieldInfo(&stranger);
+        QCOMPARE(
+            capture.texts().join(QLatin1Char('\n')),
+            QStringLiteral("FieldInfo::removeMessageInfo: Trying to remove a non-member\n"
+                           "MessageInfo::removeFieldInfo: Trying to remove a non-member\n"
+                           "MessageInfo::removeReferringFieldInfo: Trying to remove a non-member"));
         QCOMPARE(capture.functions().join(QLatin1Char(' ')),
-                 QStringLiteral("removeMessageInfo removeFieldInfo"));
-        QCOMPARE(info.getFieldInfos(), Fields({ &number, &mode, &sameName }));
-        QVERIFY(info.getFieldInfo(QStringLiteral("Mode")) == nullptr);
-    }
-
-    void referringFields()
-    {
-        AssertCapture capture;
-        MessageInfo channel(QStringLiteral("Channel"));
-        TestFieldInfo first(QStringLiteral("Type1"), FieldType::subMessage(&channel));
-        TestFieldInfo second(QStringLiteral("Type2"), FieldType::subMessage(&channel));
-        QCOMPARE(channel.getReferringFieldInfos(), QVector<FieldInfo *>({ &first, &second }));
-        QCOMPARE(std::as_const(channel).getReferringFieldInfos(),
-                 QVector<FieldInfo const *>({ &first, &second }));
-
-        // No duplicate check: a second entry needs a second removal.
-        channel.addReferringFieldInfo(&first);
-        channel.removeReferringFieldInfo(&first);
-        QCOMPARE(channel.getReferringFieldInfos(), QVector<FieldInfo *>({ &second, &first }));
-
-        TestFieldInfo plain(QStringLiteral("N"), FieldType::u(8));
-        channel.removeReferringFieldInfo(&plain);
-        QCOMPARE(capture.texts(),
-                 QStringList(QStringLiteral(
-                     "MessageInfo::removeReferringFieldInfo: Trying to remove a non-member")));
-        QCOMPARE(capture.functions(), QStringList(QStringLiteral("removeReferringFieldInfo")));
+                 QStringLiteral("removeMessageInfo removeFieldInfo removeReferringFieldInfo"));
+        QCOMPARE(info->getFieldInfos(), Fields({ scene.b, scene.p, &sameName }));
+        QVERIFY(info->getFieldInfo(QStringLiteral("p")) == nullptr);
     }
 
     void discriminants()
@@ -561,31 +543,30 @@ private Q_SLOTS:
         otherMessage->addDiscriminantValue(&header, FieldValue::u(1, 8));
         otherFormat->addMessageInfo(otherMessage.get());
         otherFormat->addMessageInfo(&b);
-        auto names = [](FormatInfo const *in, unsigned value) {
-            return lookup(*in, { FieldValue::u(value, 8) });
+        auto names = [&](unsigned value) { // in format, then in the other format
+            QStringList found { lookup(format, { FieldValue::u(value, 8) }) };
+            if (otherFormat)
+                found << lookup(*otherFormat, { FieldValue::u(value, 8) });
+            return found.join(QLatin1String(" / "));
         };
 
         // A range widened through a reference taken before the first lookup.
-        QCOMPARE(names(&format, 10), QString());
-        QCOMPARE(names(otherFormat.get(), 10), QString());
+        QCOMPARE(names(10), QStringLiteral(" / "));
         earlier.ranges.first().high = FieldValue::u(10, 8);
-        QCOMPARE(names(&format, 10), QStringLiteral("B"));
-        QCOMPARE(names(otherFormat.get(), 10), QStringLiteral("B"));
-        // A message type of two formats changed through the other.
-        QCOMPARE(names(otherFormat.get(), 2), QString());
-        QCOMPARE(names(&format, 2), QString());
+        QCOMPARE(names(10), QStringLiteral("B / B"));
+        // A message type of two formats changed.
+        QCOMPARE(names(2), QStringLiteral(" / "));
         b.addDiscriminantValue(&header, FieldValue::u(2, 8));
-        QCOMPARE(names(otherFormat.get(), 2), QStringLiteral("B"));
-        QCOMPARE(names(&format, 2), QStringLiteral("B"));
+        QCOMPARE(names(2), QStringLiteral("B / B"));
         // The other format destroyed with its message types.
-        QCOMPARE(names(&format, 1), QStringLiteral("A"));
+        QCOMPARE(names(1), QStringLiteral("A / D"));
         otherMessage.reset();
         otherFormat.reset();
-        QCOMPARE(names(&format, 1), QStringLiteral("A"));
+        QCOMPARE(names(1), QStringLiteral("A"));
         // The ranges cleared through the early reference.
-        QCOMPARE(names(&format, 7), QStringLiteral("A B"));
+        QCOMPARE(names(7), QStringLiteral("A B"));
         earlier.ranges.clear();
-        QCOMPARE(names(&format, 7), QStringLiteral("A"));
+        QCOMPARE(names(7), QStringLiteral("A"));
     }
 };
 
