@@ -222,12 +222,10 @@ private Q_SLOTS:
 
     void discriminants()
     {
-        MessageInfo info(QStringLiteral("M"));
-        TestFieldInfo number(QStringLiteral("Number"), FieldType::u(16));
-        TestFieldInfo revision(QStringLiteral("Revision"), FieldType::u(3));
-        auto positions = [&info] { // "field: low-high ..." for each position
+        Scene scene;
+        auto positions = [&scene] { // "field: low-high ..." for each position of M
             QStringList texts;
-            for (MessageInfo::Discriminant const &discriminant : info.getDiscriminants()) {
+            for (MessageInfo::Discriminant const &discriminant : scene.M->getDiscriminants()) {
                 texts << discriminant.fieldInfo->getName() + QLatin1Char(':');
                 for (MessageInfo::DiscriminantValueRange const &range : discriminant.ranges)
                     texts.last() += QLatin1Char(' ') + range.low.toString(true) + QLatin1Char('-')
@@ -235,60 +233,43 @@ private Q_SLOTS:
             }
             return texts;
         };
-
-        QVERIFY(info.getDiscriminant(&number).ranges.isEmpty()); // created empty at position 0
-        info.addDiscriminantValue(&number, FieldValue::u(4006, 16));
-        // The next position, stored as given.
-        info.addDiscriminantValueRange(&revision, FieldValue::u(7, 3), FieldValue::u(1, 3));
-        info.addDiscriminantValue(&number, FieldValue::u(4006, 16)); // kept twice
-        QCOMPARE(
-            positions(),
-            QStringList({ QStringLiteral("Number: 4006 (u16)-4006 (u16) 4006 (u16)-4006 (u16)"),
-                          QStringLiteral("Revision: 7 (u3)-1 (u3)") }));
-
-        // The reference is into the message's own list.
-        info.getDiscriminant(&revision).ranges.clear();
-        QCOMPARE(positions().last(), QStringLiteral("Revision:"));
+        // A value is kept twice; a new field's range takes the next position, stored as given.
+        scene.M->addDiscriminantValue(scene.a, FieldValue::u(1, 16));
+        scene.M->addDiscriminantValueRange(scene.c, FieldValue::u(7, 8), FieldValue::u(1, 8));
+        QCOMPARE(positions(),
+                 QStringList({ QStringLiteral("a: 1 (u16)-1 (u16) 1 (u16)-1 (u16)"),
+                               QStringLiteral("h: 7 (u8)-7 (u8)"),
+                               QStringLiteral("c: 7 (u8)-1 (u8)") }));
+        // The reference is into the message's own list; a new position is created empty.
+        scene.M->getDiscriminant(scene.c).ranges.clear();
+        QVERIFY(scene.M->getDiscriminant(scene.q).ranges.isEmpty());
+        QCOMPARE(positions().mid(2), QStringList({ QStringLiteral("c:"), QStringLiteral("q:") }));
     }
 
     void listsOutOfStep()
     {
-        // Two elements, swapped in the const list only, and the front one removed; then the lists
-        // are put back in step for the destructors.
+        // In each pair of the scene's lists, two elements are swapped in the const list only and
+        // one of them is removed; then the const list is put back in step for the destructors.
         AssertCapture capture;
-        MessageInfo info(QStringLiteral("M"));
-        MessageInfo other(QStringLiteral("N"));
-        TestFieldInfo first(QStringLiteral("first"), FieldType::u(8));
-        TestFieldInfo second(QStringLiteral("second"), FieldType::u(8));
-        TestFieldInfo third(QStringLiteral("third"), FieldType::u(8));
+        Scene scene;
+        swapFront(DictionaryTestAccess::constFieldInfos(*scene.M));
+        scene.M->removeFieldInfo(scene.a);
+        DictionaryTestAccess::constFieldInfos(*scene.M) = { scene.b, scene.p };
 
-        info.addFieldInfo(&first, 0);
-        info.addFieldInfo(&second, 1);
-        swapFront(DictionaryTestAccess::constFieldInfos(info));
-        info.removeFieldInfo(&first);
-        DictionaryTestAccess::constFieldInfos(info) = { &second };
-        info.removeFieldInfo(&second);
+        scene.S->addReferringFieldInfo(scene.q);
+        swapFront(DictionaryTestAccess::constReferringFieldInfos(*scene.S));
+        scene.S->removeReferringFieldInfo(scene.q);
+        DictionaryTestAccess::constReferringFieldInfos(*scene.S) = { scene.b };
 
-        info.addReferringFieldInfo(&first);
-        info.addReferringFieldInfo(&second);
-        swapFront(DictionaryTestAccess::constReferringFieldInfos(info));
-        info.removeReferringFieldInfo(&first);
-        DictionaryTestAccess::constReferringFieldInfos(info) = { &second };
-        info.removeReferringFieldInfo(&second);
+        scene.c->addMessageInfo(scene.M, 0);
+        swapFront(DictionaryTestAccess::constMessageInfos(*scene.c));
+        scene.c->removeMessageInfo(scene.M);
+        DictionaryTestAccess::constMessageInfos(*scene.c) = { scene.S };
 
-        first.addMessageInfo(&info, 0);
-        first.addMessageInfo(&other, 0);
-        swapFront(DictionaryTestAccess::constMessageInfos(first));
-        first.removeMessageInfo(&info);
-        DictionaryTestAccess::constMessageInfos(first) = { &other };
-        first.removeMessageInfo(&other);
-
-        first.addSubFieldInfo(&second);
-        first.addSubFieldInfo(&third);
-        swapFront(DictionaryTestAccess::constSubFieldInfos(first));
-        first.removeSubFieldInfo(&second);
-        DictionaryTestAccess::constSubFieldInfos(first) = { &third };
-        first.removeSubFieldInfo(&third);
+        scene.p->addSubFieldInfo(scene.h);
+        swapFront(DictionaryTestAccess::constSubFieldInfos(*scene.p));
+        scene.p->removeSubFieldInfo(scene.h);
+        DictionaryTestAccess::constSubFieldInfos(*scene.p) = { scene.q };
 
         QCOMPARE(capture.texts().join(QLatin1Char('\n')),
                  QStringLiteral("MessageInfo::removeFieldInfo: vectors not consistent\n"
