@@ -179,17 +179,6 @@ private Q_SLOTS:
                                QStringLiteral("7 8 null|Unknown type") }));
     }
 
-    void equalOnlyWhenKindSizeAndMessageTypeAgree()
-    {
-        QVERIFY(FieldType::f32() == FieldType(FieldType::Float, 32));
-        QVERIFY(FieldType::subMessage(infoA) == FieldType(infoA));
-        QVERIFY(FieldType::u(8) != FieldType::u(16) && FieldType::u(8) != FieldType::i(8));
-        QVERIFY(FieldType::ch() != FieldType::nch());
-        QVERIFY(FieldType::invalid() != FieldType(FieldType::Invalid, 8));
-        QVERIFY(FieldType::subMessage(infoA) != FieldType::subMessage(infoB));
-        QVERIFY(!(FieldType::subMessage(infoA) == FieldType::subMessage(infoB)));
-    }
-
     void subMessages()
     {
         // The texts name the message type; "%1" in a name is not filled a second time.
@@ -384,9 +373,13 @@ private Q_SLOTS:
         row("ch signed", V::ch(char(200)), V::ch('A'), -1);
         row("nch signed", V::nch(char(200)), V::nch('A'), -1);
         row("ch, nch", V::ch('A'), V::nch('A'), 2);
+        row("f32 built two ways", V::f32(0.0f), V(FieldType(FieldType::Float, 32)), 0);
+        row("sub-message built two ways", V(FieldType::subMessage(infoA)), V(FieldType(infoA)), 0);
+        row("sub-messages of two types", V(FieldType(infoA)), V(FieldType(infoB)), 2);
         row("byte unsigned", V::byte(200), V::byte(65), 1);
         row("invalid, default", V::invalid(), FieldValue(), 0);
         row("invalid, u8", V::invalid(), V::u(0, 8), 2);
+        row("invalid of two sizes", V::invalid(), V(FieldType(FieldType::Invalid, 8)), 2);
         const V unused(FieldType(FieldType::BasisType(7), 8));
         row("unused kind", unused, unused, 2);
     }
