@@ -209,18 +209,14 @@ private Q_SLOTS:
         row("empty symbolic text falls through", FieldValue::u(3, 8), 1, -1, 0, "3 m", "3");
         row("scaled, six decimals", FieldValue::u(12345, 32), 0.001, -1, 0, "12,345000 m", "12345");
         row("scaled negative", FieldValue::i(-12345, 32), 0.001, -1, 0, "-12,345000 m", "-12345");
-        row("scaled, precision, mode ignored", FieldValue::u(12346, 32), 0.001, 2, 1, "12,35 m",
-            "303a");
+        row("scaled, mode ignored", FieldValue::u(12346, 32), 0.001, 2, 1, "12,35 m", "303a");
         row("scaled and grouped", FieldValue::u(4000000, 32), 0.5, 0, 0, "2.000.000 m", "4000000");
         row("scaled float", FieldValue::f32(8.0f), 0.5, 0, 0, "4 m", "8");
-        row("invalid value with scale factor", FieldValue::invalid(), 0.5, -1, 0, "Invalid",
-            "Invalid");
-        row("factor 1: raw value, grouped", FieldValue::u(12345, 32), 1, -1, 0, "12.345 m",
-            "12345");
+        row("invalid, scaled", FieldValue::invalid(), 0.5, -1, 0, "Invalid", "Invalid");
+        row("factor 1, grouped", FieldValue::u(12345, 32), 1, -1, 0, "12.345 m", "12345");
         row("hexadecimal", FieldValue::u(255, 32), 1, -1, 1, "ff m", "ff");
         row("decimal, not grouped", FieldValue::u(12345, 32), 1, -1, 2, "12345 m", "12345");
-        row("double with precision", FieldValue::f64(1234.5678), 1, 3, 0, "1.234,568 m",
-            "1234.568");
+        row("double, precision", FieldValue::f64(1234.5678), 1, 3, 0, "1.234,568 m", "1234.568");
     }
 
     void rendering()
