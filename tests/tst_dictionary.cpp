@@ -184,8 +184,8 @@ private Q_SLOTS:
         info->addFieldInfo(&sameName, 12);
         QCOMPARE(info->getFieldInfo(QStringLiteral("a")), &sameName);
 
-        // A removed key field stays a key field. The name entry goes by name, though it named the
-        // other field, whose index is the caller's, not its position.
+        // A removed key field stays a key field; the name entry goes by name, though it named the
+        // other field. An index is the caller's, not the position in the list.
         info->removeFieldInfo(scene.a);
         QCOMPARE(std::as_const(*info).getFieldInfos(),
                  QVector<FieldInfo const *>({ scene.b, scene.p, &sameName }));
