@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
+#include "fieldtype.h"
 #include "fieldvalue.h"
+#include "floatrepresentation.h"
 #include "messageapievent.h"
+#include "messageinfo.h"
 #include "testmessage.h"
 #include "tracerrecorder.h"
 
 #include <QHash>
+#include <QLocale>
 #include <QTest>
 
 #include <limits>
@@ -46,10 +50,162 @@ class tst_FieldValue : public QObject
 {
     Q_OBJECT
 
-    TestMessage mMessageA { infoA };
-    TestMessage mMessageB { infoB };
-
 private Q_SLOTS:
+    void initTestCase()
+    {
+        // The library keeps the default locale of its first rendering.
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    }
+
+    void cleanup() { FloatRepresentation::useDefault(); }
+
+    void render_data()
+    {
+        using V = FieldValue;
+        // Texts: plain, localized, hexadecimal, decimal, with type. Hexadecimal and decimal are
+        // asked for localized, to show that they never are.
+        QTest::addColumn<FieldValue>("value");
+        QTest::addColumn<QStringList>("texts");
+        auto row = [](char const *name, V const &value, char const *plain, char const *localized,
+                      char const *hex, char const *dec, char const *typed) {
+            QStringList texts;
+            for (char const *text : { plain, localized, hex, dec, typed })
+                texts << QString::fromUtf8(text);
+            QTest::newRow(name) << value << texts;
+        };
+        const char *max = "18446744073709551615", *min = "-9223372036854775808";
+        row("u32", V::u(1234567, 32), "1234567", "1,234,567", "12d687", "1234567", "1234567 (u32)");
+        row("u8", V::u(5, 8), "5", "5", "05", "5", "5 (u8)");
+        row("u8 zero", V::u(0, 8), "0", "0", "00", "0", "0 (u8)");
+        row("u64", V::u(std::numeric_limits<quint64>::max(), 64), max, "18,446,744,073,709,551,615",
+            "ffffffffffffffff", max, "18446744073709551615 (u64)");
+        row("i16", V::i(-1234, 16), "-1234", "-1,234", "-4d2", "-1234", "-1234 (i16)");
+        row("i8 -1", V::i(-1, 8), "-1", "-1", "-1", "-1", "-1 (i8)");
+        row("i8 10", V::i(10, 8), "10", "10", "0a", "10", "10 (i8)");
+        row("i64", V::i(std::numeric_limits<qint64>::min(), 64), min, "-9,223,372,036,854,775,808",
+            "-8000000000000000", min, "-9223372036854775808 (i64)");
+        row("ch", V::ch('A'), "A", "A", "41", "65", "A (c8)");
+        row("nch 255 signed", V::nch(char(255)), "\xc3\xbf", "\xc3\xbf", "-1", "-1",
+            "\xc3\xbf (c8)");
+        row("byte 10", V::byte(10), "0a", "0a", "0a", "10", "0a (b8)");
+        row("byte 255", V::byte(255), "ff", "ff", "ff", "255", "ff (b8)");
+        row("f64", V::f64(1234.5), "1234.500000", "1,234.500000", "1,234.500000", "1,234.500000",
+            "1234.500000 (f64)");
+        row("f32", V::f32(2.0f), "2.000000", "2.000000", "2.000000", "2.000000", "2.000000 (f32)");
+        row("invalid", V::invalid(), "Invalid", "Invalid", "Invalid", "Invalid", "Invalid");
+        row("unused kind", V(FieldType(FieldType::BasisType(7), 8)), "", "", "", "", " ()");
+    }
+
+    void render()
+    {
+        QFETCH(FieldValue, value);
+        QFETCH(QStringList, texts);
+        QCOMPARE(value.toString(false, -1, FieldValue::Natural, false), texts.at(0));
+        QCOMPARE(value.toString(false, -1, FieldValue::Natural, true), texts.at(1));
+        QCOMPARE(value.toString(false, -1, FieldValue::RepresentationMode(7), true), texts.at(1));
+        QCOMPARE(value.toString(false, -1, FieldValue::Hexadecimal, true), texts.at(2));
+        QCOMPARE(value.toString(false, -1, FieldValue::Decimal, true), texts.at(3));
+        QCOMPARE(value.toString(true, -1, FieldValue::Natural, false), texts.at(4));
+    }
+
+    void floatRepresentation()
+    {
+        auto render = [](char format, int floatPrecision, int doublePrecision, FieldValue v) {
+            FloatRepresentation::override(format, floatPrecision, doublePrecision);
+            return v.toString(false, 2);
+        };
+        // The stored precision wins over the caller's unless it is -1; the format always wins.
+        QCOMPARE(render('e', -1, 3, FieldValue::f64(3.5)), QStringLiteral("3.500e+00"));
+        QCOMPARE(render('f', 1, -1, FieldValue::f64(3.5)), QStringLiteral("3.50"));
+        QCOMPARE(render('e', 1, 4, FieldValue::f32(3.5f)), QStringLiteral("3.5e+00"));
+        QCOMPARE(render('e', -1, 0, FieldValue::f32(3.5f)), QStringLiteral("3.50e+00"));
+        QCOMPARE(render('e', 3, 3, FieldValue::u(3, 8)), QStringLiteral("3"));
+
+        // Off again: the caller's format and precision, the stored settings kept.
+        FloatRepresentation::useDefault();
+        QCOMPARE(FieldValue::f64(3.5).toString(false, 2), QStringLiteral("3.50"));
+        QCOMPARE(FloatRepresentation::format, 'e');
+        QCOMPARE(FloatRepresentation::floatPrecision, 3);
+        QCOMPARE(FloatRepresentation::doublePrecision, 3);
+
+        // A single is widened, not rounded to the nearest double of its decimal text.
+        QCOMPARE(FloatRepresentation::getString(0.1f, 'f', 10, false),
+                 QStringLiteral("0.1000000015"));
+        QCOMPARE(FloatRepresentation::getString(1234.5f, 'g', 5, true), QStringLiteral("1,234.5"));
+    }
+
+    void localeIsTakenOnceAndKept()
+    {
+        // The first pass makes sure every locale in use is built under the English default.
+        for (QLocale::Language language : { QLocale::English, QLocale::German }) {
+            QLocale::setDefault(QLocale(language));
+            QCOMPARE(FieldValue::u(1234567, 32).toString(false, -1, FieldValue::Natural, true),
+                     QStringLiteral("1,234,567"));
+            QCOMPARE(FieldValue::f64(1234.5).toString(false, 1, FieldValue::Natural, true),
+                     QStringLiteral("1,234.5"));
+            QCOMPARE(FieldValue::f32(1234.5f).toString(false, 1, FieldValue::Natural, true),
+                     QStringLiteral("1,234.5"));
+        }
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    }
+
+    void kindsSizesAndTexts()
+    {
+        QStringList texts; // kind, size, short text ("null" for a null one), long text
+        for (FieldType const &type :
+             { FieldType::u(8), FieldType(FieldType::UnsignedInteger, 1000), FieldType::i(16),
+               FieldType::f64(), FieldType::ch(), FieldType::nch(), FieldType::byte(),
+               FieldType::invalid(), FieldType::subMessage(nullptr),
+               FieldType(FieldType::BasisType(7), 8) }) {
+            QString const shortText = type.toShortString();
+            texts << QStringLiteral("%1 %2 %3|%4")
+                         .arg(int(type.getBasisType()))
+                         .arg(type.getBitSize())
+                         .arg(shortText.isNull() ? QStringLiteral("null") : shortText,
+                              type.toString());
+        }
+        QCOMPARE(texts,
+                 QStringList({ QStringLiteral("0 8 u8|Unsigned integer on 8 bits"),
+                               QStringLiteral("0 1000 u1000|Unsigned integer on 1000 bits"),
+                               QStringLiteral("1 16 i16|Signed integer on 16 bits"),
+                               QStringLiteral("2 64 f64|IEEE float on 64 bits"),
+                               QStringLiteral("3 8 c8|Character on 8 bits"),
+                               QStringLiteral("4 8 c8|Character on 8 bits"),
+                               QStringLiteral("5 8 b8|Byte on 8 bits"),
+                               QStringLiteral("255 0 Invalid|Invalid"),
+                               QStringLiteral("6 0 |Message of type "),
+                               QStringLiteral("7 8 null|Unknown type") }));
+    }
+
+    void subMessages()
+    {
+        // The texts name the message type; "%1" in a name is not filled a second time.
+        for (QString const &name : { QStringLiteral("PvtCartesian"), QStringLiteral("A%1") }) {
+            const MessageInfo info(name);
+            const FieldType type = FieldType::subMessage(&info);
+            QCOMPARE(type.toShortString(), name);
+            QCOMPARE(type.toString(), QStringLiteral("Message of type ") + name);
+
+            // A value shows the message's address, even in decimal mode, and the name.
+            TestMessage message(&info);
+            const QString address = QString::number(reinterpret_cast<quintptr>(&message), 16);
+            QCOMPARE(FieldValue::subMessage(&message).toString(true, -1, FieldValue::Decimal, true),
+                     address + QStringLiteral(" (") + name + QLatin1Char(')'));
+        }
+
+        // Only a message of exactly the field's message type makes a value.
+        const TestMessage messageA(infoA), messageB(infoB), other(infoA);
+        const FieldType ofA = FieldType::subMessage(infoA);
+        Message const *a = &messageA, *b = &messageB, *none = nullptr;
+        QVERIFY(!FieldValue::value(ofA, b).isValid() && !FieldValue::value(ofA, none).isValid());
+        QVERIFY(!FieldValue::value(FieldType::u(64), a).isValid());
+        QVERIFY(!FieldValue::value(FieldType::subMessage(nullptr), a).isValid());
+        const FieldValue value = FieldValue::value(ofA, a);
+        QVERIFY(value.getType() == ofA && value.getSubMessage() == a);
+        QVERIFY(value == FieldValue::subMessage(&messageA));
+        QVERIFY(!(value == FieldValue::subMessage(&other)));
+    }
+
     void reads_data()
     {
         using V = FieldValue;
@@ -215,9 +371,13 @@ private Q_SLOTS:
         row("ch signed", V::ch(char(200)), V::ch('A'), -1);
         row("nch signed", V::nch(char(200)), V::nch('A'), -1);
         row("ch, nch", V::ch('A'), V::nch('A'), 2);
+        row("f32 built two ways", V::f32(0.0f), V(FieldType(FieldType::Float, 32)), 0);
+        row("sub-message built two ways", V(FieldType::subMessage(infoA)), V(FieldType(infoA)), 0);
+        row("sub-messages of two types", V(FieldType(infoA)), V(FieldType(infoB)), 2);
         row("byte unsigned", V::byte(200), V::byte(65), 1);
         row("invalid, default", V::invalid(), FieldValue(), 0);
         row("invalid, u8", V::invalid(), V::u(0, 8), 2);
+        row("invalid of two sizes", V::invalid(), V(FieldType(FieldType::Invalid, 8)), 2);
         const V unused(FieldType(FieldType::BasisType(7), 8));
         row("unused kind", unused, unused, 2);
     }
@@ -239,21 +399,6 @@ private Q_SLOTS:
         }
     }
 
-    void subMessageValue()
-    {
-        // Only a message of exactly the field's message type makes a value.
-        const FieldType ofA = FieldType::subMessage(infoA);
-        Message const *a = &mMessageA, *b = &mMessageB, *none = nullptr;
-        QVERIFY(!FieldValue::value(ofA, b).isValid() && !FieldValue::value(ofA, none).isValid());
-        QVERIFY(!FieldValue::value(FieldType::u(64), a).isValid());
-        QVERIFY(!FieldValue::value(FieldType::subMessage(nullptr), a).isValid());
-        const FieldValue value = FieldValue::value(ofA, a);
-        QVERIFY(value.getType() == ofA && value.getSubMessage() == a);
-        QVERIFY(value == FieldValue::subMessage(&mMessageA));
-        const TestMessage other(infoA);
-        QVERIFY(!(value == FieldValue::subMessage(&other)));
-    }
-
     void tracesConstructionAndCopyButNotAssignment()
     {
         TracerRecorder recorder;
@@ -261,10 +406,14 @@ private Q_SLOTS:
             FieldValue value(FieldType::u(8)); // the type is built, copied in and dropped
             const FieldValue copy(value);
             value = copy;
+            const FieldValue none; // of the invalid type
+            const FieldType ofA(infoA);
         }
         QCOMPARE(recorder.events().join(QLatin1Char(' ')),
                  QStringLiteral("+FieldType +FieldType +FieldValue -FieldType +FieldType "
-                                "+FieldValue -FieldValue -FieldType -FieldValue -FieldType"));
+                                "+FieldValue +FieldType +FieldValue +FieldType -FieldType "
+                                "-FieldValue -FieldType -FieldValue -FieldType -FieldValue "
+                                "-FieldType"));
     }
 };
 

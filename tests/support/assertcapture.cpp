@@ -20,19 +20,11 @@ AssertCapture::~AssertCapture()
     current = mOuter;
 }
 
-QStringList AssertCapture::texts() const
+QStringList AssertCapture::collect(QByteArray Report::*part) const
 {
     QStringList result;
     for (Report const &report : mReports)
-        result.append(QString::fromUtf8(report.text));
-    return result;
-}
-
-QStringList AssertCapture::functions() const
-{
-    QStringList result;
-    for (Report const &report : mReports)
-        result.append(QString::fromUtf8(report.function));
+        result.append(QString::fromUtf8(report.*part));
     return result;
 }
 
@@ -41,12 +33,5 @@ void AssertCapture::handle(char const *module, char const *subModule, char const
 {
     if (!current)
         return;
-    Report report;
-    report.module = module;
-    report.subModule = subModule;
-    report.function = function;
-    report.file = file;
-    report.line = line;
-    report.text = text;
-    current->mReports.append(report);
+    current->mReports.append(Report { module, subModule, function, file, line, text });
 }

@@ -25,18 +25,17 @@ public:
 
     AssertCapture();
     ~AssertCapture();
-    AssertCapture(AssertCapture const &) = delete;
-    AssertCapture &operator=(AssertCapture const &) = delete;
+    Q_DISABLE_COPY(AssertCapture)
 
     QList<Report> reports() const { return mReports; }
     /// The texts of the reports, in order.
-    QStringList texts() const;
+    QStringList texts() const { return collect(&Report::text); }
     /// The function names of the reports, in order.
-    QStringList functions() const;
+    QStringList functions() const { return collect(&Report::function); }
     int count() const { return int(mReports.size()); }
-    void clear() { mReports.clear(); }
 
 private:
+    QStringList collect(QByteArray Report::*part) const;
     static void handle(char const *module, char const *subModule, char const *function,
                        char const *file, int line, char const *text);
 

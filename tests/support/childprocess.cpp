@@ -12,9 +12,9 @@ char const scenarioOption[] = "--child-scenario";
 
 QStringList ChildProcess::Result::errorLines() const
 {
-    QString text = standardError;
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    return text.split(QLatin1Char('\n'));
+    return QString(standardError)
+        .replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+        .split(QLatin1Char('\n'));
 }
 
 ChildProcess::Result ChildProcess::run(QString const &scenario)

@@ -3,7 +3,6 @@
 #define MESSAGEAPI_TESTS_CHILDPROCESS_H
 
 #include <QCoreApplication>
-#include <QString>
 #include <QStringList>
 #include <QTest>
 

@@ -5,11 +5,9 @@
 #include "fieldinfo.h"
 #include "messageinfo.h"
 
-/**
- * The descriptors keep some lists twice, once with const pointers, and their interface keeps
- * the two in step. Tests that need them out of step reach the const halves through this class,
- * a friend of both descriptors.
- */
+/// The descriptors keep some lists twice, once with const pointers, and their interface keeps
+/// the two in step. Tests that need them out of step reach the const halves through this class,
+/// a friend of both descriptors.
 class DictionaryTestAccess
 {
 public:

@@ -6,13 +6,14 @@
 
 /**
  * A concrete FieldInfo for tests: reads and writes its values in a TestMessage (and finds none
- * in any other Message). Its default value is a zero value of its type unless set otherwise.
+ * in any other Message). Its default value is a zero value of its type.
  */
 class TestFieldInfo : public FieldInfo
 {
 public:
-    TestFieldInfo(QString name, FieldType const &type);
-    ~TestFieldInfo() override;
+    TestFieldInfo(QString name, FieldType const &type)
+        : FieldInfo(std::move(name), type)
+    { }
 
     /// Present when the message holds values for this field.
     bool isPresent(Message const *message) const override;
@@ -21,12 +22,7 @@ public:
     FieldValue getValue(Message const *message, unsigned int index) const override;
     /// False unless message is a TestMessage.
     bool setValue(Message *message, unsigned int index, FieldValue const &value) const override;
-    FieldValue getDefaultValue() const override;
-
-    void setDefaultValue(FieldValue const &value) { mDefaultValue = value; }
-
-private:
-    FieldValue mDefaultValue;
+    FieldValue getDefaultValue() const override { return FieldValue(getType()); }
 };
 
 #endif // MESSAGEAPI_TESTS_TESTFIELDINFO_H

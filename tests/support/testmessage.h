@@ -12,44 +12,37 @@
 class FieldInfo;
 
 /**
- * A concrete Message for tests: holds raw bytes, an optional list of sub-messages and the
- * values of its fields (read and written by TestFieldInfo), and tells a watcher when it is
- * destroyed.
+ * A concrete Message for tests: holds raw bytes and the values of its fields (read and written
+ * by TestFieldInfo); it has no sub-messages.
  */
 class TestMessage : public Message
 {
 public:
-    explicit TestMessage(MessageInfo const *info, QByteArray raw = QByteArray());
-    ~TestMessage() override;
+    explicit TestMessage(MessageInfo const *info, QByteArray raw = QByteArray())
+        : Message(info)
+        , mRaw(raw)
+    { }
 
-    unsigned int getRawSize() const override;
+    unsigned int getRawSize() const override { return unsigned(mRaw.size()); }
     QByteArray getRaw() const { return mRaw; }
-    void setRaw(QByteArray raw) { mRaw = raw; }
-
-    /// Sub-messages returned by both getSubMessages() overloads (not owned).
-    void setSubMessages(QVector<Message *> subMessages) { mSubMessages = subMessages; }
-    QVector<Message const *> getSubMessages() const override;
-    QVector<Message *> getSubMessages() override;
 
     /// The values of a field, replacing earlier ones; a field with values is present.
     void setValues(FieldInfo const *field, QVector<FieldValue> values);
     /// The values of a field, empty when it has none.
-    QVector<FieldValue> getValues(FieldInfo const *field) const;
-    bool hasValues(FieldInfo const *field) const;
+    QVector<FieldValue> getValues(FieldInfo const *field) const { return mValues.value(field); }
+    bool hasValues(FieldInfo const *field) const { return mValues.contains(field); }
     /// Sets value number index, growing the field's values with invalid values as needed.
     void setValue(FieldInfo const *field, unsigned int index, FieldValue const &value);
 
-    /// *flag becomes true when this message is destroyed.
-    void setDestructionFlag(bool *flag) { mDestructionFlag = flag; }
-
 protected:
-    uint8_t const *getRawRepresentation() const override;
+    uint8_t const *getRawRepresentation() const override
+    {
+        return reinterpret_cast<uint8_t const *>(mRaw.constData());
+    }
 
 private:
     QByteArray mRaw;
-    QVector<Message *> mSubMessages;
     QHash<FieldInfo const *, QVector<FieldValue>> mValues;
-    bool *mDestructionFlag = nullptr;
 };
 
 #endif // MESSAGEAPI_TESTS_TESTMESSAGE_H

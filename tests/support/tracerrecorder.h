@@ -14,8 +14,7 @@ class TracerRecorder
 public:
     TracerRecorder();
     ~TracerRecorder();
-    TracerRecorder(TracerRecorder const &) = delete;
-    TracerRecorder &operator=(TracerRecorder const &) = delete;
+    Q_DISABLE_COPY(TracerRecorder)
 
     QStringList events() const { return mEvents; }
     /// The recorded events that name the class (with either sign), in order.

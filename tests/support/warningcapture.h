@@ -22,10 +22,8 @@ public:
 
     WarningCapture();
     ~WarningCapture();
-    WarningCapture(WarningCapture const &) = delete;
-    WarningCapture &operator=(WarningCapture const &) = delete;
+    Q_DISABLE_COPY(WarningCapture)
 
-    QList<Entry> entries() const { return mEntries; }
     /// The texts of the warnings (QtWarningMsg) only, in order.
     QStringList warnings() const { return textsOf(QtWarningMsg); }
     /// The texts of the debug lines (QtDebugMsg) only, in order.
