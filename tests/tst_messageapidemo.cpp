@@ -1,30 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
-#include "demodecoder.h"
-#include "demodictionary.h"
-#include "demomessage.h"
 #include "demostreamparser.h"
 #include "demostreamwriter.h"
-#include "messageinfo.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-
-// The demonstration program on its bundled stream, the generator of that stream, and the
-// stream parser that finds the blocks for both.
-class tst_MessageApiDemo : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void generatorReproducesBundledStream();
-    void demoPrintsExpectedReport();
-    void parserFindsFrames_data();
-    void parserFindsFrames();
-    void decoderAnnouncesBlocks_data();
-    void decoderAnnouncesBlocks();
-};
 
 namespace {
 
@@ -59,146 +40,100 @@ QByteArray readFile(QString const &path)
 
 } // namespace
 
-void tst_MessageApiDemo::generatorReproducesBundledStream()
+// The demonstration program on its bundled stream (its decoder's phases, events and texts show
+// in the report), the generator of that stream, and the stream parser that finds the blocks.
+class tst_MessageApiDemo : public QObject
 {
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath(QStringLiteral("stream.vexa"));
-    const Run generator = run(QStringLiteral(MESSAGEAPI_DEMO_GENERATOR), { path });
-    QVERIFY(generator.finished);
-    QCOMPARE(generator.exitCode, 0);
+    Q_OBJECT
 
-    const QByteArray bundled = readFile(dataDir + QStringLiteral("/demo-stream.vexa"));
-    QVERIFY(!bundled.isEmpty());
-    QVERIFY2(readFile(path) == bundled,
-             "the bundled stream is not the generator's output: regenerate it with makedemostream");
-}
+private Q_SLOTS:
+    void generatorReproducesBundledStream()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString path = dir.filePath(QStringLiteral("stream.vexa"));
+        const Run generator = run(QStringLiteral(MESSAGEAPI_DEMO_GENERATOR), { path });
+        QVERIFY(generator.finished);
+        QCOMPARE(generator.exitCode, 0);
 
-void tst_MessageApiDemo::demoPrintsExpectedReport()
-{
-    const Run demo = run(QStringLiteral(MESSAGEAPI_DEMO_PROGRAM));
-    QVERIFY(demo.finished);
-    QCOMPARE(QString::fromUtf8(demo.errors), QString());
-    QCOMPARE(demo.exitCode, 0);
+        const QByteArray bundled = readFile(dataDir + QStringLiteral("/demo-stream.vexa"));
+        QVERIFY(!bundled.isEmpty());
+        QVERIFY2(
+            readFile(path) == bundled,
+            "the bundled stream is not the generator's output: regenerate it with makedemostream");
+    }
 
-    // Compared by lines, so that a failure names the first line that differs.
-    const QStringList expected
-        = QString::fromUtf8(readFile(dataDir + QStringLiteral("/demo-stream.expected")))
-              .split(QLatin1Char('\n'));
-    QVERIFY(expected.size() > 1);
-    QCOMPARE(QString::fromUtf8(demo.output).split(QLatin1Char('\n')), expected);
-}
+    void demoPrintsExpectedReport()
+    {
+        const Run demo = run(QStringLiteral(MESSAGEAPI_DEMO_PROGRAM));
+        QVERIFY(demo.finished);
+        QCOMPARE(QString::fromUtf8(demo.errors), QString());
+        QCOMPARE(demo.exitCode, 0);
 
-void tst_MessageApiDemo::parserFindsFrames_data()
-{
-    QTest::addColumn<QByteArray>("stream");
-    QTest::addColumn<int>("pieceSize");
-    QTest::addColumn<QStringList>("signalsSeen"); // "vexa <number> <length> <block in hex>", "crc"
-    QTest::addColumn<int>("skipped");
+        // Compared by lines, so that a failure names the first line that differs.
+        const QStringList expected
+            = QString::fromUtf8(readFile(dataDir + QStringLiteral("/demo-stream.expected")))
+                  .split(QLatin1Char('\n'));
+        QVERIFY(expected.size() > 1);
+        QCOMPARE(QString::fromUtf8(demo.output).split(QLatin1Char('\n')), expected);
+    }
 
-    // Block A holds what looks like the start of a frame.
-    const QByteArray blockA = QByteArray::fromHex("0100a55a0600") + QByteArray("abcdefghijkl");
-    const QByteArray blockB = QByteArray::fromHex("0400") + QByteArray(300, 'b');
-    const QByteArray frameA = DemoStreamWriter::frame(blockA);
-    const QByteArray frameB = DemoStreamWriter::frame(blockB);
-    const QString seenA = QStringLiteral("vexa 1 18 ") + QString::fromLatin1(blockA.toHex());
-    const QString seenB = QStringLiteral("vexa 4 302 ") + QString::fromLatin1(blockB.toHex());
-    QByteArray damagedA = frameA;
-    damagedA[frameA.size() - 3] = 'x';
+    void parserFindsFrames_data()
+    {
+        QTest::addColumn<QByteArray>("stream");
+        QTest::addColumn<int>("pieceSize");
+        QTest::addColumn<QStringList>(
+            "signalsSeen"); // "vexa <number> <length> <block in hex>", "crc"
+        QTest::addColumn<int>("skipped");
 
-    // Whole pieces of several frames are in the demonstration's report.
-    QTest::newRow("two frames byte by byte")
-        << frameA + frameB << 1 << QStringList { seenA, seenB } << 0;
-    QTest::newRow("noise before and between frames")
-        << QByteArray("\x00\xa5\x13", 3) + frameA + QByteArray("\x5a") + frameB << 7
-        << QStringList { seenA, seenB } << 4;
-    QTest::newRow("damaged frame dropped whole, sync bytes in it ignored")
-        << damagedA + frameB << 5 << QStringList { QStringLiteral("crc"), seenB } << 0;
-    QTest::newRow("sync bytes with a length beyond any block")
-        << QByteArray("\xa5\x5a\xff\x7f", 4) + frameB << 3 << QStringList { seenB } << 4;
-}
+        // Block A holds what looks like the start of a frame.
+        const QByteArray blockA = QByteArray::fromHex("0100a55a0600") + QByteArray("abcdefghijkl");
+        const QByteArray blockB = QByteArray::fromHex("0400") + QByteArray(300, 'b');
+        const QByteArray frameA = DemoStreamWriter::frame(blockA);
+        const QByteArray frameB = DemoStreamWriter::frame(blockB);
+        const QString seenA = QStringLiteral("vexa 1 18 ") + QString::fromLatin1(blockA.toHex());
+        const QString seenB = QStringLiteral("vexa 4 302 ") + QString::fromLatin1(blockB.toHex());
+        QByteArray damagedA = frameA;
+        damagedA[frameA.size() - 3] = 'x';
 
-void tst_MessageApiDemo::parserFindsFrames()
-{
-    QFETCH(QByteArray, stream);
-    QFETCH(int, pieceSize);
-    QFETCH(QStringList, signalsSeen);
-    QFETCH(int, skipped);
+        // Whole pieces of several frames are in the demonstration's report.
+        QTest::newRow("two frames byte by byte")
+            << frameA + frameB << 1 << QStringList { seenA, seenB } << 0;
+        QTest::newRow("noise before and between frames")
+            << QByteArray("\x00\xa5\x13", 3) + frameA + QByteArray("\x5a") + frameB << 7
+            << QStringList { seenA, seenB } << 4;
+        QTest::newRow("damaged frame dropped whole, sync bytes in it ignored")
+            << damagedA + frameB << 5 << QStringList { QStringLiteral("crc"), seenB } << 0;
+        QTest::newRow("sync bytes with a length beyond any block")
+            << QByteArray("\xa5\x5a\xff\x7f", 4) + frameB << 3 << QStringList { seenB } << 4;
+    }
 
-    DemoStreamParser parser;
-    QStringList seen;
-    connect(&parser, &DemoStreamParser::vexa, this, [&](unsigned int number, unsigned int length) {
-        const QByteArray block(parser.buffer(), int(length));
-        seen << QStringLiteral("vexa %1 %2 %3")
-                    .arg(number)
-                    .arg(length)
-                    .arg(QString::fromLatin1(block.toHex()));
-    });
-    connect(&parser, &DemoStreamParser::crcErrorVexa, this,
-            [&seen] { seen << QStringLiteral("crc"); });
-    for (int pos = 0; pos < stream.size(); pos += pieceSize)
-        parser.processBytes(stream.mid(pos, pieceSize));
+    void parserFindsFrames()
+    {
+        QFETCH(QByteArray, stream);
+        QFETCH(int, pieceSize);
+        QFETCH(QStringList, signalsSeen);
+        QFETCH(int, skipped);
 
-    QCOMPARE(seen, signalsSeen);
-    QCOMPARE(parser.getSkippedByteCount(), skipped);
-}
+        DemoStreamParser parser;
+        QStringList seen;
+        connect(&parser, &DemoStreamParser::vexa, this,
+                [&](unsigned int number, unsigned int length) {
+                    const QByteArray block(parser.buffer(), int(length));
+                    seen << QStringLiteral("vexa %1 %2 %3")
+                                .arg(number)
+                                .arg(length)
+                                .arg(QString::fromLatin1(block.toHex()));
+                });
+        connect(&parser, &DemoStreamParser::crcErrorVexa, this,
+                [&seen] { seen << QStringLiteral("crc"); });
+        for (int pos = 0; pos < stream.size(); pos += pieceSize)
+            parser.processBytes(stream.mid(pos, pieceSize));
 
-void tst_MessageApiDemo::decoderAnnouncesBlocks_data()
-{
-    QTest::addColumn<QByteArray>("block");
-    QTest::addColumn<bool>("disablePosCart");
-    QTest::addColumn<QStringList>("announced");
-    QTest::addColumn<int>("result");
-
-    DemoDictionary dictionary;
-    DemoMessage *message = dictionary.createMessage(
-        dictionary.getMessageInfo(QStringLiteral("PosCart")), 1394539200000ULL);
-    const QByteArray posCart = message->getBlock();
-    delete message;
-    const QStringList phases { "early PosCart", "normal PosCart", "late PosCart" };
-
-    QTest::newRow("known block in every phase") << posCart << false << phases << 35;
-    QTest::newRow("disabled type not announced") << posCart << true << QStringList() << 35;
-    // Unknown numbers and short records are in the demonstration's report.
-    QTest::newRow("shorter than the header")
-        << posCart.left(9) << false
-        << QStringList { "Decoder Error: Rover: block of 9 bytes is shorter than its header" }
-        << -1;
-}
-
-void tst_MessageApiDemo::decoderAnnouncesBlocks()
-{
-    QFETCH(QByteArray, block);
-    QFETCH(bool, disablePosCart);
-    QFETCH(QStringList, announced);
-    QFETCH(int, result);
-
-    DemoDictionary dictionary;
-    DemoDecoder decoder(&dictionary, QStringLiteral("Rover"));
-    if (disablePosCart)
-        decoder.disableMessage(dictionary.getMessageInfo(QStringLiteral("PosCart")));
-    QStringList seen;
-    auto phase = [&seen](char const *name) {
-        return [&seen, name](Message const *message) {
-            seen << QLatin1String(name) + QLatin1Char(' ') + message->getInfo()->getName();
-        };
-    };
-    connect(&decoder, &MessageSource::newMessageEarly, this, phase("early"));
-    connect(&decoder, &MessageSource::newMessage, this, phase("normal"));
-    connect(&decoder, &MessageSource::newMessageLate, this, phase("late"));
-    connect(&decoder, &MessageSource::newUnknownMessage, this,
-            [&](FormatInfo const *format, QString const &type) {
-                QCOMPARE(format, dictionary.getFormat());
-                seen << QStringLiteral("unknown ") + type;
-            });
-    connect(&decoder, &MessageSource::newEvent, this, [&](MessageApiEvent const &event) {
-        QCOMPARE(event.getFormat(), dictionary.getFormat());
-        seen << event.getTypeString() + QStringLiteral(": ") + event.getMessage();
-    });
-
-    QCOMPARE(decoder.decodeMessage(block), result);
-    QCOMPARE(seen, announced);
-}
+        QCOMPARE(seen, signalsSeen);
+        QCOMPARE(parser.getSkippedByteCount(), skipped);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_MessageApiDemo)
 #include "tst_messageapidemo.moc"

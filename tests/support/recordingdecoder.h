@@ -26,7 +26,11 @@ public:
     void reset() override { }
     void enableMessageCode(int32_t code) override { enabledCalls.append(code); }
     void disableMessageCode(int32_t code) override { disabledCalls.append(code); }
-    bool isEnabledMessageCode(int32_t code) const override;
+    bool isEnabledMessageCode(int32_t code) const override
+    {
+        queriedCodes.append(code);
+        return enabledCodes.contains(code);
+    }
 
     QList<int32_t> enabledCalls;
     QList<int32_t> disabledCalls;

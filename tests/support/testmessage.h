@@ -27,12 +27,21 @@ public:
     QByteArray getRaw() const { return mRaw; }
 
     /// The values of a field, replacing earlier ones; a field with values is present.
-    void setValues(FieldInfo const *field, QVector<FieldValue> values);
+    void setValues(FieldInfo const *field, QVector<FieldValue> values)
+    {
+        mValues.insert(field, values);
+    }
     /// The values of a field, empty when it has none.
     QVector<FieldValue> getValues(FieldInfo const *field) const { return mValues.value(field); }
     bool hasValues(FieldInfo const *field) const { return mValues.contains(field); }
     /// Sets value number index, growing the field's values with invalid values as needed.
-    void setValue(FieldInfo const *field, unsigned int index, FieldValue const &value);
+    void setValue(FieldInfo const *field, unsigned int index, FieldValue const &value)
+    {
+        QVector<FieldValue> &values = mValues[field];
+        while (unsigned(values.size()) <= index)
+            values.append(FieldValue::invalid());
+        values[int(index)] = value;
+    }
 
 protected:
     uint8_t const *getRawRepresentation() const override

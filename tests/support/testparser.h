@@ -15,7 +15,10 @@ class TestParser : public QObject
 public:
     static constexpr int capacity = 4096;
 
-    explicit TestParser(QObject *parent = nullptr);
+    explicit TestParser(QObject *parent = nullptr)
+        : QObject(parent)
+        , mBuffer(capacity, '\0')
+    { }
 
     char const *buffer() const { return mBuffer.constData(); }
 
