@@ -1,9 +1,11 @@
 # Configures, builds and runs the consumer project against an installed prefix, and checks the
-# pkg-config file. Arguments: CONSUMER_SOURCE_DIR, CONSUMER_BINARY_DIR, INSTALL_PREFIX, QT_MAJOR.
+# pkg-config files. Arguments: CONSUMER_SOURCE_DIR, CONSUMER_BINARY_DIR, INSTALL_PREFIX, QT_MAJOR,
+# CONSUMER_RTCM3 (ON when the RTCM 3 format library was built).
 file(REMOVE_RECURSE ${CONSUMER_BINARY_DIR})
 execute_process(
     COMMAND ${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${CONSUMER_BINARY_DIR}
         -DCMAKE_PREFIX_PATH=${INSTALL_PREFIX} -DCMAKE_BUILD_TYPE=Release
+        -DCONSUMER_RTCM3=${CONSUMER_RTCM3}
     RESULT_VARIABLE result)
 if(result)
     message(FATAL_ERROR "configuring the consumer failed")
@@ -18,6 +20,9 @@ message(STATUS "consumer printed: ${output}")
 if(result OR NOT output MATCHES "Client Error: consumer")
     message(FATAL_ERROR "the consumer did not run as expected")
 endif()
+if(CONSUMER_RTCM3 AND NOT output MATCHES "rtcm3 frames: 1")
+    message(FATAL_ERROR "the consumer did not frame RTCM 3 as expected")
+endif()
 
 find_program(PKG_CONFIG pkg-config)
 if(PKG_CONFIG)
@@ -28,5 +33,13 @@ if(PKG_CONFIG)
         OUTPUT_VARIABLE flags RESULT_VARIABLE result)
     if(result OR NOT flags MATCHES "-lmessageapiframework" OR NOT flags MATCHES "include/messageapiframework")
         message(FATAL_ERROR "pkg-config does not describe the library: ${flags}")
+    endif()
+    if(CONSUMER_RTCM3)
+        execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
+            ${PKG_CONFIG} --libs --cflags messageapirtcm3
+            OUTPUT_VARIABLE flags RESULT_VARIABLE result)
+        if(result OR NOT flags MATCHES "-lmessageapirtcm3" OR NOT flags MATCHES "-lmessageapiframework")
+            message(FATAL_ERROR "pkg-config does not describe the RTCM 3 library: ${flags}")
+        endif()
     endif()
 endif()
