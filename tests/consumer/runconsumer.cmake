@@ -24,22 +24,24 @@ if(CONSUMER_RTCM3 AND NOT output MATCHES "rtcm3 frames: 1")
     message(FATAL_ERROR "the consumer did not frame RTCM 3 as expected")
 endif()
 
-find_program(PKG_CONFIG pkg-config)
-if(PKG_CONFIG)
-    file(GLOB_RECURSE pcfile ${INSTALL_PREFIX}/*/messageapiframework.pc)
+# The flags pkg-config gives for the module must name the libraries and the include folder.
+function(check_pkgconfig module)
+    file(GLOB_RECURSE pcfile ${INSTALL_PREFIX}/*/${module}.pc)
     get_filename_component(pcdir "${pcfile}" DIRECTORY)
     execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
-        ${PKG_CONFIG} --libs --cflags messageapiframework
+        ${PKG_CONFIG} --libs --cflags ${module}
         OUTPUT_VARIABLE flags RESULT_VARIABLE result)
-    if(result OR NOT flags MATCHES "-lmessageapiframework" OR NOT flags MATCHES "include/messageapiframework")
-        message(FATAL_ERROR "pkg-config does not describe the library: ${flags}")
-    endif()
-    if(CONSUMER_RTCM3)
-        execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
-            ${PKG_CONFIG} --libs --cflags messageapirtcm3
-            OUTPUT_VARIABLE flags RESULT_VARIABLE result)
-        if(result OR NOT flags MATCHES "-lmessageapirtcm3" OR NOT flags MATCHES "-lmessageapiframework")
-            message(FATAL_ERROR "pkg-config does not describe the RTCM 3 library: ${flags}")
+    foreach(expected -l${module} -lmessageapiframework include/messageapiframework)
+        if(result OR NOT flags MATCHES "${expected}")
+            message(FATAL_ERROR "pkg-config does not describe ${module}: ${flags}")
         endif()
+    endforeach()
+endfunction()
+
+find_program(PKG_CONFIG pkg-config)
+if(PKG_CONFIG)
+    check_pkgconfig(messageapiframework)
+    if(CONSUMER_RTCM3)
+        check_pkgconfig(messageapirtcm3)
     endif()
 endif()

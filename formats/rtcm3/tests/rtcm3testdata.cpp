@@ -2,6 +2,11 @@
 #include "rtcm3testdata.h"
 
 #include "auxiliary/rtcm3crc24q.h"
+#include "fieldinfo.h"
+#include "messageinfo.h"
+#include "rtcm3/rtcm3decoder.h"
+#include "rtcm3/rtcm3dictionary.h"
+#include "rtcm3/rtcm3framer.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,6 +56,55 @@ QByteArray frameFromBits(QString const &bits)
         ++count;
     }
     return frame(payload);
+}
+
+DecodedStream::DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input)
+{
+    Rtcm3Framer framer(dictionary.getFormat(), QStringLiteral("Framer"));
+    Rtcm3Decoder decoder(&dictionary, QStringLiteral("Decoder"));
+    QObject::connect(&framer, &Rtcm3Framer::frameFound, &decoder,
+                     qOverload<const uint8_t *, uint>(&Rtcm3Decoder::decodeMessage));
+    QObject::connect(&decoder, &MessageSource::newMessage, [this](Message const *message) {
+        message->addReference();
+        messages.append(message);
+    });
+    QObject::connect(&decoder, &MessageSource::newUnknownMessage,
+                     [this](FormatInfo const *, QString const &type) { unknown.append(type); });
+    auto record = [this](MessageApiEvent const &event) {
+        events.append(event.getTypeString() + QLatin1String(": ") + event.getMessage());
+    };
+    QObject::connect(&framer, &MessageSource::newEvent, record);
+    QObject::connect(&decoder, &MessageSource::newEvent, record);
+    framer.addData(input);
+    framer.finish();
+}
+
+DecodedStream::~DecodedStream()
+{
+    for (Message const *message : std::as_const(messages))
+        message->removeReference();
+}
+
+QVector<Message const *> DecodedStream::ofNumber(int number) const
+{
+    QVector<Message const *> result;
+    for (Message const *message : messages) {
+        if (message->getInfo()->getName() == QString::number(number))
+            result.append(message);
+    }
+    return result;
+}
+
+FieldValue value(Message const *message, QString const &field, unsigned int index)
+{
+    FieldInfo const *info = message->getInfo()->getFieldInfo(field);
+    return info ? info->getValue(message, index) : FieldValue::invalid();
+}
+
+QString text(Message const *message, QString const &field)
+{
+    FieldInfo const *info = message->getInfo()->getFieldInfo(field);
+    return info ? info->getValueString(message) : QString();
 }
 
 } // namespace Rtcm3TestData

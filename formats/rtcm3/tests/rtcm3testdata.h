@@ -4,6 +4,12 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
+#include <QVector>
+
+class FieldValue;
+class Message;
+class Rtcm3Dictionary;
 
 /// The real captures of ../shared/data/rtcm beside the checkout, and crafted frames.
 namespace Rtcm3TestData {
@@ -17,6 +23,28 @@ QByteArray frame(QByteArray const &payload);
 /// A frame whose payload holds the bits of the text ("0101..."; blanks ignored), padded with
 /// zero bits to whole bytes.
 QByteArray frameFromBits(QString const &bits);
+
+/// The messages of a whole stream, framed and decoded, each with a reference held until the
+/// list is destroyed; and the events of framer and decoder, as "type: text".
+struct DecodedStream
+{
+    DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input);
+    ~DecodedStream();
+    DecodedStream(DecodedStream const &) = delete;
+    DecodedStream &operator=(DecodedStream const &) = delete;
+
+    /// The messages of that number, in stream order.
+    QVector<Message const *> ofNumber(int number) const;
+
+    QVector<Message const *> messages;
+    QStringList unknown;
+    QStringList events;
+};
+
+/// Value index of the field of that name in the message; an invalid value when it has none.
+FieldValue value(Message const *message, QString const &field, unsigned int index = 0);
+/// The text of a character field.
+QString text(Message const *message, QString const &field);
 
 } // namespace Rtcm3TestData
 

@@ -1,0 +1,361 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "rtcm3testdata.h"
+
+#include "fieldinfo.h"
+#include "formatinfo.h"
+#include "messageinfo.h"
+#include "rtcm3/rtcm3decoder.h"
+#include "rtcm3/rtcm3dictionary.h"
+#include "rtcm3/rtcm3framer.h"
+
+#include <QHash>
+#include <QMap>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <random>
+
+/// The decoder on the real captures: every frame decoded, values as an independent decoder
+/// reads them, and damaged frames never crash or lose the frames around them.
+class tst_Rtcm3Captures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void decodesEveryFrame_data();
+    void decodesEveryFrame();
+    void agreesWithGpsdecode_data();
+    void agreesWithGpsdecode();
+    void survivesDamagedFrames_data();
+    void survivesDamagedFrames();
+    void keepsFramesAroundGarbage();
+
+private:
+    Rtcm3Dictionary mDictionary;
+};
+
+namespace {
+
+using Rtcm3TestData::text;
+using Rtcm3TestData::value;
+
+/// Reads every value of every field of the message and of its records, as a user would.
+int readEverything(Message const *message)
+{
+    int values = 0;
+    for (FieldInfo const *field : message->getInfo()->getFieldInfos()) {
+        for (unsigned int i = 0; i < field->getNumberOfValues(message); ++i) {
+            const FieldValue v = field->getValue(message, i);
+            if (!v.isValid())
+                return -1;
+            if (v.getType().getBasisType() != FieldType::SubMessage)
+                field->getInterpretedString(v, true);
+            ++values;
+        }
+    }
+    for (Message const *record : message->getSubMessages()) {
+        const int recordValues = readEverything(record);
+        if (recordValues < 0)
+            return -1;
+        values += recordValues;
+    }
+    return values;
+}
+
+QString number(FieldValue const &v)
+{
+    return v.getType().getBasisType() == FieldType::SignedInteger ? QString::number(v.getI64())
+                                                                  : QString::number(v.getU64());
+}
+
+QString flag(FieldValue const &v)
+{
+    return v.getU64() ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+QString meters(Message const *message, char const *field, double scale = 0.0001)
+{
+    return QString::number(double(value(message, QLatin1String(field)).getI64()) * scale, 'f', 4);
+}
+
+/// The fields that gpsdecode -j prints for a message, as "key=value" in its order.
+QStringList ourKeys(Message const *m)
+{
+    QStringList keys { QStringLiteral("station_id=") + number(value(m, QStringLiteral("DF003"))) };
+    const int type = m->getInfo()->getName().toInt();
+    auto add = [&keys](char const *key, QString const &text) {
+        keys.append(QLatin1String(key) + QLatin1Char('=') + text);
+    };
+    if (type == 1005 || type == 1006) {
+        QStringList systems;
+        if (value(m, QStringLiteral("DF022")).getU64())
+            systems.append(QStringLiteral("\"GPS\""));
+        if (value(m, QStringLiteral("DF023")).getU64())
+            systems.append(QStringLiteral("\"GLONASS\""));
+        if (value(m, QStringLiteral("DF024")).getU64())
+            systems.append(QStringLiteral("\"GALILEO\""));
+        add("system", QLatin1Char('[') + systems.join(QLatin1Char(',')) + QLatin1Char(']'));
+        add("refstation", flag(value(m, QStringLiteral("DF141"))));
+        add("sro", flag(value(m, QStringLiteral("DF142"))));
+        add("x", meters(m, "DF025"));
+        add("y", meters(m, "DF026"));
+        add("z", meters(m, "DF027"));
+        if (type == 1006)
+            add("h",
+                QString::number(double(value(m, QStringLiteral("DF028")).getU64()) * 0.0001, 'f',
+                                4));
+    } else if (type == 1007 || type == 1008 || type == 1033) {
+        add("desc", QLatin1Char('"') + text(m, QStringLiteral("DF030")) + QLatin1Char('"'));
+        add("setup_id", number(value(m, QStringLiteral("DF031"))));
+        if (type != 1007)
+            add("serial", QLatin1Char('"') + text(m, QStringLiteral("DF033")) + QLatin1Char('"'));
+        if (type == 1033) {
+            add("receiver", QLatin1Char('"') + text(m, QStringLiteral("DF228")) + QLatin1Char('"'));
+            // gpsdecode prints at most 13 characters of the firmware version: of the 16 of
+            // "5.33,31/JAN/2018" in dropped-packets it shows "5.33,31/JAN/2".
+            add("firmware",
+                QLatin1Char('"') + text(m, QStringLiteral("DF230")).left(13) + QLatin1Char('"'));
+        }
+    } else if (type == 1013) {
+        add("mjd", number(value(m, QStringLiteral("DF051"))));
+        // gpsdecode keeps only the low 16 of the 17 bits of the seconds of day: the first 1013
+        // of dropped-packets holds 85030 s (23:37:10 UTC, as the GPS time of the MSM4 frames
+        // around it confirms) and gpsdecode prints 19494.
+        add("sec", QString::number(value(m, QStringLiteral("DF052")).getU64() % 65536));
+        add("leapsecs", number(value(m, QStringLiteral("DF054"))));
+        for (Message const *record : m->getSubMessages()) {
+            add("id", number(value(record, QStringLiteral("DF055"))));
+            add("sync", flag(value(record, QStringLiteral("DF056"))));
+            add("interval", number(value(record, QStringLiteral("DF057"))));
+        }
+    } else if (type == 1230) {
+        // gpsdecode reads the biases of 1230 from the wrong bits: the f9t frame with payload
+        // 4ce0008a00000000 has mask 1010 and two zero biases, where it prints l1_ca 16384.
+        // Only the header is compared (convbin leaves the biases out of its RINEX header too);
+        // tst_rtcm3decoder reads the biases of a crafted 1230.
+        add("ind", QLatin1Char('"') + number(value(m, QStringLiteral("DF421"))) + QLatin1Char('"'));
+    }
+    return keys;
+}
+
+/// The same keys from one line of gpsdecode -j, whose 1013 lines are not quite JSON.
+QStringList gpsdecodeKeys(QString const &line)
+{
+    static const QRegularExpression pair(
+        QStringLiteral("\"(\\w+)\":(\"[^\"]*\"|\\[[^\\]]*\\]|[^,{}]+)"));
+    static const QStringList skipped { QStringLiteral("class"), QStringLiteral("device"),
+                                       QStringLiteral("type"),  QStringLiteral("length"),
+                                       QStringLiteral("l1_ca"), QStringLiteral("l1_p"),
+                                       QStringLiteral("l2_ca"), QStringLiteral("l2_p") };
+    QStringList keys;
+    auto it = pair.globalMatch(line);
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        if (skipped.contains(match.captured(1)))
+            continue;
+        QString text = match.captured(2);
+        if (match.captured(1) == QLatin1String("sync"))
+            text.remove(QLatin1Char('"'));
+        keys.append(match.captured(1) + QLatin1Char('=') + text);
+    }
+    return keys;
+}
+
+} // namespace
+
+void tst_Rtcm3Captures::initTestCase()
+{
+    RTCM3_REQUIRE_CAPTURES();
+}
+
+void tst_Rtcm3Captures::decodesEveryFrame_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("messages");
+    QTest::addColumn<QString>("unknown");
+
+    QTest::newRow("dropped-packets")
+        << QStringLiteral("dropped-packets.rtcm3")
+        << QStringLiteral("1006:131 1008:131 1013:132 1033:131 1230:131") << QString();
+    QTest::newRow("gmsd7-truncated") << QStringLiteral("gmsd7-truncated.rtcm3")
+                                     << QStringLiteral("1007:28 1008:28 1033:28") << QString();
+    QTest::newRow("f9t-interleaved")
+        << QStringLiteral("f9t-interleaved.log") << QStringLiteral("1005:26 1230:26")
+        << QStringLiteral("4072:26");
+}
+
+void tst_Rtcm3Captures::decodesEveryFrame()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, messages);
+    QFETCH(QString, unknown);
+
+    const Rtcm3TestData::DecodedStream stream(mDictionary, Rtcm3TestData::readCapture(file));
+    QMap<int, int> decoded;
+    for (Message const *message : stream.messages) {
+        ++decoded[message->getInfo()->getName().toInt()];
+        QVERIFY(readEverything(message) > 0);
+    }
+    QMap<int, int> unknownCounts;
+    for (QString const &type : stream.unknown)
+        ++unknownCounts[type.toInt()];
+    auto join = [](QMap<int, int> const &counts) {
+        QStringList list;
+        for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+            list.append(QStringLiteral("%1:%2").arg(it.key()).arg(it.value()));
+        return list.join(QLatin1Char(' '));
+    };
+    // Message types of later families are still unknown to the dictionary.
+    QString decodedKnown = join(decoded);
+    QCOMPARE(decodedKnown, messages);
+    for (int type : { 1019, 1020, 1042, 1044, 1045, 1046, 1074, 1077, 1084, 1087, 1094, 1097, 1114,
+                      1117, 1124, 1127 })
+        unknownCounts.remove(type);
+    QCOMPARE(join(unknownCounts), unknown);
+    for (QString const &event : stream.events)
+        QVERIFY2(!event.contains(QLatin1String("Decoder: ")), qPrintable(event));
+}
+
+void tst_Rtcm3Captures::agreesWithGpsdecode_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("type");
+
+    QTest::newRow("f9t 1005") << QStringLiteral("f9t-interleaved.log") << 1005;
+    QTest::newRow("f9t 1230") << QStringLiteral("f9t-interleaved.log") << 1230;
+    QTest::newRow("dropped-packets 1006") << QStringLiteral("dropped-packets.rtcm3") << 1006;
+    QTest::newRow("dropped-packets 1008") << QStringLiteral("dropped-packets.rtcm3") << 1008;
+    QTest::newRow("dropped-packets 1013") << QStringLiteral("dropped-packets.rtcm3") << 1013;
+    QTest::newRow("dropped-packets 1033") << QStringLiteral("dropped-packets.rtcm3") << 1033;
+    QTest::newRow("dropped-packets 1230") << QStringLiteral("dropped-packets.rtcm3") << 1230;
+    QTest::newRow("gmsd7 1007") << QStringLiteral("gmsd7-truncated.rtcm3") << 1007;
+    QTest::newRow("gmsd7 1008") << QStringLiteral("gmsd7-truncated.rtcm3") << 1008;
+    QTest::newRow("gmsd7 1033") << QStringLiteral("gmsd7-truncated.rtcm3") << 1033;
+}
+
+void tst_Rtcm3Captures::agreesWithGpsdecode()
+{
+    QFETCH(QString, file);
+    QFETCH(int, type);
+
+    const QString gpsdecode = QStandardPaths::findExecutable(QStringLiteral("gpsdecode"));
+    if (gpsdecode.isEmpty())
+        QSKIP("gpsdecode (Debian package gpsd-clients) is not installed");
+    static QHash<QString, QStringList> outputs;
+    if (!outputs.contains(file)) {
+        QProcess process;
+        process.setStandardInputFile(Rtcm3TestData::captureDir() + QLatin1Char('/') + file);
+        process.start(gpsdecode, { QStringLiteral("-j") });
+        QVERIFY(process.waitForFinished(60000));
+        outputs.insert(file,
+                       QString::fromUtf8(process.readAllStandardOutput())
+                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts));
+    }
+    const QString typeKey = QStringLiteral("\"type\":%1,").arg(type);
+    QStringList theirs;
+    for (QString const &line : outputs.value(file)) {
+        if (line.contains(QLatin1String("\"class\":\"RTCM3\"")) && line.contains(typeKey))
+            theirs.append(gpsdecodeKeys(line).join(QLatin1Char(' ')));
+    }
+    const Rtcm3TestData::DecodedStream stream(mDictionary, Rtcm3TestData::readCapture(file));
+    QStringList ours;
+    for (Message const *message : stream.ofNumber(type))
+        ours.append(ourKeys(message).join(QLatin1Char(' ')));
+    QVERIFY(!ours.isEmpty());
+    QCOMPARE(ours.size(), theirs.size());
+    for (int i = 0; i < ours.size(); ++i)
+        QCOMPARE(ours.at(i), theirs.at(i));
+}
+
+void tst_Rtcm3Captures::survivesDamagedFrames_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("dropped-packets") << QStringLiteral("dropped-packets.rtcm3");
+    QTest::newRow("gmsd7-truncated") << QStringLiteral("gmsd7-truncated.rtcm3");
+    QTest::newRow("f9t-interleaved") << QStringLiteral("f9t-interleaved.log");
+}
+
+void tst_Rtcm3Captures::survivesDamagedFrames()
+{
+    QFETCH(QString, file);
+
+    // The first frame of each message number in the capture.
+    QMap<int, QByteArray> firstFrames;
+    {
+        Rtcm3Framer framer(mDictionary.getFormat(), QStringLiteral("Framer"));
+        connect(&framer, &Rtcm3Framer::frameFound, [&](const uint8_t *frame, uint length) {
+            const int type = (frame[3] << 4) | (frame[4] >> 4);
+            if (!firstFrames.contains(type))
+                firstFrames.insert(type,
+                                   QByteArray(reinterpret_cast<char const *>(frame), int(length)));
+        });
+        framer.addData(Rtcm3TestData::readCapture(file));
+    }
+    Rtcm3Decoder decoder(&mDictionary, QStringLiteral("Decoder"));
+    int outcomes = 0;
+    int errors = 0;
+    connect(&decoder, &MessageSource::newMessage, [&](Message const *message) {
+        ++outcomes;
+        QVERIFY(readEverything(message) >= 0);
+    });
+    connect(&decoder, &MessageSource::newUnknownMessage, [&] { ++outcomes; });
+    connect(&decoder, &MessageSource::newEvent, [&] { ++outcomes, ++errors; });
+    int attempts = 0;
+    for (QByteArray const &frame : std::as_const(firstFrames)) {
+        const QByteArray payload = frame.mid(3, frame.size() - 6);
+        QVector<QByteArray> damaged;
+        // Every truncation, and every payload byte set to all ones and to all zeros: counts
+        // and masks that claim more than the frame holds.
+        for (int length = 0; length < payload.size(); ++length)
+            damaged.append(payload.left(length));
+        for (int i = 0; i < payload.size(); ++i) {
+            for (char fill : { char(0xFF), char(0x00) }) {
+                QByteArray changed = payload;
+                changed[i] = fill;
+                damaged.append(changed);
+            }
+        }
+        for (QByteArray const &bytes : std::as_const(damaged)) {
+            // Exactly as much of the frame as there is, so that a sanitizer sees any overrun.
+            const QByteArray damagedFrame = Rtcm3TestData::frame(bytes);
+            auto *copy = new uint8_t[std::size_t(damagedFrame.size())];
+            std::copy(damagedFrame.cbegin(), damagedFrame.cend(), copy);
+            decoder.decodeMessage(copy, uint(damagedFrame.size()));
+            delete[] copy;
+            ++attempts;
+        }
+    }
+    // Each damaged frame ends as one message, one unknown message or one decoder error.
+    QCOMPARE(outcomes, attempts);
+    QVERIFY(errors > 0);
+}
+
+void tst_Rtcm3Captures::keepsFramesAroundGarbage()
+{
+    const QByteArray capture = Rtcm3TestData::readCapture(QStringLiteral("gmsd7-truncated.rtcm3"));
+    QByteArray stream;
+    int frames = 0;
+    std::mt19937 random(20121014);
+    Rtcm3Framer splitter(mDictionary.getFormat(), QStringLiteral("Splitter"));
+    connect(&splitter, &Rtcm3Framer::frameFound, [&](const uint8_t *frame, uint length) {
+        // Garbage rich in false preambles, some with plausible lengths, before each frame.
+        const int garbage = int(random() % 64);
+        for (int i = 0; i < garbage; ++i) {
+            const unsigned int r = random() % 8;
+            stream.append(r == 0 ? char(0xD3) : r == 1 ? char(0x00) : char(random() % 256));
+        }
+        stream.append(reinterpret_cast<char const *>(frame), int(length));
+        ++frames;
+    });
+    splitter.addData(capture.left(65536));
+    QVERIFY(frames > 200);
+
+    const Rtcm3TestData::DecodedStream decoded(mDictionary, stream);
+    QCOMPARE(decoded.messages.size() + decoded.unknown.size(), frames);
+}
+
+QTEST_GUILESS_MAIN(tst_Rtcm3Captures)
+#include "tst_rtcm3captures.moc"
