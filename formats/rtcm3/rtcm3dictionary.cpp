@@ -84,7 +84,8 @@ Rtcm3Dictionary::Rtcm3Dictionary()
     mFormat->setDescriptiveText(
         QStringLiteral("RTCM 3 messages of reference stations, receivers and correction services"));
 
-    QVector<Rtcm3Layout::Message> layouts = Rtcm3Layout::stationMessages();
+    const QVector<Rtcm3Layout::Message> layouts
+        = Rtcm3Layout::stationMessages() + Rtcm3Layout::msmMessages();
     for (Rtcm3Layout::Message const &layout : std::as_const(layouts)) {
         const QString number = QString::number(layout.number);
         MessageInfo *info = addMessageInfo(number, layout.title, layout.description);

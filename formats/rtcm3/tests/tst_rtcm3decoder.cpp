@@ -19,6 +19,8 @@ private Q_SLOTS:
     void initTestCase();
     void dictionary_data();
     void dictionary();
+    void msmRecords_data();
+    void msmRecords();
     void decoderErrors_data();
     void decoderErrors();
     void announcesInThreePhases();
@@ -106,6 +108,22 @@ void tst_Rtcm3Decoder::dictionary_data()
                                             "DF228 DF229 DF230 DF231 DF232");
     QTest::newRow("1230") << 1230 << QStringLiteral("GLONASS L1 and L2 code-phase biases")
                           << QStringLiteral("DF002 DF003 DF421 DF001 DF422 Biases");
+    const QString msmHeader = QStringLiteral(
+        "DF393 DF409 DF001 DF411 DF412 DF417 DF418 DF394 DF395 DF396 Satellites Signals");
+    QTest::newRow("1071") << 1071 << QStringLiteral("GPS MSM1")
+                          << QStringLiteral("DF002 DF003 DF004 ") + msmHeader;
+    QTest::newRow("1084") << 1084 << QStringLiteral("GLONASS MSM4")
+                          << QStringLiteral("DF002 DF003 DF416 DF034 ") + msmHeader;
+    QTest::newRow("1097") << 1097 << QStringLiteral("Galileo MSM7")
+                          << QStringLiteral("DF002 DF003 DF248 ") + msmHeader;
+    QTest::newRow("1107") << 1107 << QStringLiteral("SBAS MSM7")
+                          << QStringLiteral("DF002 DF003 DF004 ") + msmHeader;
+    QTest::newRow("1115") << 1115 << QStringLiteral("QZSS MSM5")
+                          << QStringLiteral("DF002 DF003 DF428 ") + msmHeader;
+    QTest::newRow("1126") << 1126 << QStringLiteral("BeiDou MSM6")
+                          << QStringLiteral("DF002 DF003 DF427 ") + msmHeader;
+    QTest::newRow("1133") << 1133 << QStringLiteral("NavIC MSM3")
+                          << QStringLiteral("DF002 DF003 DF546 ") + msmHeader;
 }
 
 void tst_Rtcm3Decoder::dictionary()
@@ -129,6 +147,52 @@ void tst_Rtcm3Decoder::dictionary()
         QVERIFY2(!field->getShortDescriptiveText().isEmpty(), qPrintable(field->getName()));
     }
     QCOMPARE(names.join(QLatin1Char(' ')), fields);
+}
+
+void tst_Rtcm3Decoder::msmRecords_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("satellite");
+    QTest::addColumn<QString>("signal");
+
+    const QString cell = QStringLiteral("SatelliteId SignalId ");
+    QTest::newRow("MSM1") << 1071 << QStringLiteral("SatelliteId DF398")
+                          << cell + QStringLiteral("DF400");
+    QTest::newRow("MSM2") << 1082 << QStringLiteral("SatelliteId DF398")
+                          << cell + QStringLiteral("DF401 DF402 DF420");
+    QTest::newRow("MSM3") << 1093 << QStringLiteral("SatelliteId DF397 DF398")
+                          << cell + QStringLiteral("DF400 DF401 DF402 DF420");
+    QTest::newRow("MSM4") << 1104 << QStringLiteral("SatelliteId DF397 DF398")
+                          << cell + QStringLiteral("DF400 DF401 DF402 DF420 DF403");
+    QTest::newRow("MSM5, GLONASS frequency channel")
+        << 1085 << QStringLiteral("SatelliteId DF397 DF419 DF398 DF399")
+        << cell + QStringLiteral("DF400 DF401 DF402 DF420 DF403 DF404");
+    QTest::newRow("MSM6") << 1116 << QStringLiteral("SatelliteId DF397 DF398")
+                          << cell + QStringLiteral("DF405 DF406 DF407 DF420 DF408");
+    QTest::newRow("MSM7") << 1137 << QStringLiteral("SatelliteId DF397 ExtendedInfo DF398 DF399")
+                          << cell + QStringLiteral("DF405 DF406 DF407 DF420 DF408 DF404");
+}
+
+void tst_Rtcm3Decoder::msmRecords()
+{
+    QFETCH(int, number);
+    QFETCH(QString, satellite);
+    QFETCH(QString, signal);
+
+    auto names = [](QString const &messageName) {
+        QStringList list;
+        MessageInfo const *info = nullptr;
+        for (MessageInfo const *candidate : FormatInfo::getFormatInfo(QStringLiteral("RTCM3"))
+                                                ->getMessageInfosIncludingSubMessages()) {
+            if (candidate->getName() == messageName)
+                info = candidate;
+        }
+        for (FieldInfo const *field : info ? info->getFieldInfos() : QVector<FieldInfo const *>())
+            list.append(field->getName());
+        return list.join(QLatin1Char(' '));
+    };
+    QCOMPARE(names(QStringLiteral("%1 satellite").arg(number)), satellite);
+    QCOMPARE(names(QStringLiteral("%1 signal").arg(number)), signal);
 }
 
 void tst_Rtcm3Decoder::decoderErrors_data()
@@ -158,6 +222,15 @@ void tst_Rtcm3Decoder::decoderErrors_data()
         << frameOf(system1013.left(70).replace(57, 5, bits(31, 5)) + bits(0, 2))
         << QStringLiteral("Decoder: message 1013: Messages (31 values of 29 bits at bit 70) "
                           "overruns the payload of 72 bits");
+    // Nine satellites and eight signals would need a cell mask of 72 bits.
+    QTest::newRow("MSM cell mask wider than 64 bits")
+        << frameOf(bits(1077, 12) + bits(0, 61) + bits(0x1FF, 64) + bits(0xFF, 32) + bits(0, 7))
+        << QStringLiteral("Decoder: message 1077: DF396 of 72 bits exceeds 64 bits");
+    QTest::newRow("MSM cells beyond the frame")
+        << frameOf(bits(1074, 12) + bits(0, 61) + bits(1, 64) + bits(1, 32) + QStringLiteral("1")
+                   + bits(0, 6))
+        << QStringLiteral("Decoder: message 1074: Satellites (18 bits at bit 170) overruns the "
+                          "payload of 176 bits");
     QTest::newRow("1230 mask with more biases than the frame holds")
         << frameOf(biases1230.left(28) + QStringLiteral("1111") + bits(-50, 16))
         << QStringLiteral("Decoder: message 1230: Biases (4 values of 16 bits at bit 32) "
