@@ -71,6 +71,9 @@ struct Message
 QVector<Message> stationMessages();
 /// MSM1 to MSM7 of GPS, GLONASS, Galileo, SBAS, QZSS, BeiDou and NavIC: 1071 to 1137.
 QVector<Message> msmMessages();
+/// Broadcast ephemerides 1019, 1020, 1042, 1044, 1045, 1046; their file says which fields give
+/// the full week.
+QVector<Message> ephemerisMessages();
 
 } // namespace Rtcm3Layout
 

@@ -182,14 +182,16 @@ void tst_Rtcm3Captures::decodesEveryFrame_data()
 
     QTest::newRow("dropped-packets")
         << QStringLiteral("dropped-packets.rtcm3")
-        << QStringLiteral("1006:131 1008:131 1013:132 1033:131 1074:1311 "
+        << QStringLiteral("1006:131 1008:131 1013:132 1019:363 1020:242 1033:131 1042:42 "
+                          "1044:4 1045:34 1046:34 1074:1311 "
                           "1084:1312 1094:1312 1114:1312 1124:1312 "
                           "1230:131")
         << QString();
-    QTest::newRow("gmsd7-truncated") << QStringLiteral("gmsd7-truncated.rtcm3")
-                                     << QStringLiteral("1007:28 1008:28 1033:28 1077:257 1087:257 "
-                                                       "1117:257 1127:257")
-                                     << QString();
+    QTest::newRow("gmsd7-truncated")
+        << QStringLiteral("gmsd7-truncated.rtcm3")
+        << QStringLiteral("1007:28 1008:28 1019:15 1020:16 1033:28 1077:257 1087:257 "
+                          "1117:257 1127:257")
+        << QString();
     QTest::newRow("f9t-interleaved")
         << QStringLiteral("f9t-interleaved.log")
         << QStringLiteral("1005:26 1077:26 1087:26 1097:26 1127:26 1230:26")
