@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 
 /// The broadcast ephemerides 1019, 1020, 1042, 1044, 1045 and 1046: how their values read,
