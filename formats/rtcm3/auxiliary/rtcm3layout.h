@@ -69,6 +69,8 @@ struct Message
 
 /// 1005, 1006, 1007, 1008, 1013, 1029, 1033, 1230.
 QVector<Message> stationMessages();
+/// Broadcast ephemerides: 1019, 1020, 1042, 1044, 1045, 1046.
+QVector<Message> ephemerisMessages();
 /// MSM1 to MSM7 of GPS, GLONASS, Galileo, SBAS, QZSS, BeiDou and NavIC: 1071 to 1137.
 QVector<Message> msmMessages();
 
