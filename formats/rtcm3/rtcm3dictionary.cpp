@@ -85,7 +85,8 @@ Rtcm3Dictionary::Rtcm3Dictionary()
         QStringLiteral("RTCM 3 messages of reference stations, receivers and correction services"));
 
     const QVector<Rtcm3Layout::Message> layouts = Rtcm3Layout::stationMessages()
-        + Rtcm3Layout::msmMessages() + Rtcm3Layout::ephemerisMessages();
+        + Rtcm3Layout::msmMessages() + Rtcm3Layout::ephemerisMessages()
+        + Rtcm3Layout::legacyObservationMessages();
     for (Rtcm3Layout::Message const &layout : std::as_const(layouts)) {
         const QString number = QString::number(layout.number);
         MessageInfo *info = addMessageInfo(number, layout.title, layout.description);

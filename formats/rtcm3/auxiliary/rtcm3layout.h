@@ -69,11 +69,13 @@ struct Message
 
 /// 1005, 1006, 1007, 1008, 1013, 1029, 1033, 1230.
 QVector<Message> stationMessages();
+/// Broadcast ephemerides: 1019, 1020, 1042, 1044, 1045, 1046; their file says which fields
+/// give the full week.
+QVector<Message> ephemerisMessages();
+/// Legacy RTK observations: 1001 to 1004 (GPS), 1009 to 1012 (GLONASS).
+QVector<Message> legacyObservationMessages();
 /// MSM1 to MSM7 of GPS, GLONASS, Galileo, SBAS, QZSS, BeiDou and NavIC: 1071 to 1137.
 QVector<Message> msmMessages();
-/// Broadcast ephemerides 1019, 1020, 1042, 1044, 1045, 1046; their file says which fields give
-/// the full week.
-QVector<Message> ephemerisMessages();
 
 } // namespace Rtcm3Layout
 

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void agreesWithGpsdecode();
     void agreesWithConvbin_data();
     void agreesWithConvbin();
+    void ephemeridesAgreeWithConvbin();
     void survivesDamagedFrames_data();
     void survivesDamagedFrames();
     void keepsFramesAroundGarbage();
@@ -182,8 +183,9 @@ void tst_Rtcm3Captures::decodesEveryFrame_data()
 
     QTest::newRow("dropped-packets")
         << QStringLiteral("dropped-packets.rtcm3")
-        << QStringLiteral("1006:131 1008:131 1013:132 1019:363 1020:242 1033:131 1042:42 "
-                          "1044:4 1045:34 1046:34 1074:1311 "
+        << QStringLiteral("1006:131 1008:131 1013:132 1019:363 1020:242 "
+                          "1033:131 1042:42 1044:4 1045:34 1046:34 "
+                          "1074:1311 "
                           "1084:1312 1094:1312 1114:1312 1124:1312 "
                           "1230:131")
         << QString();
@@ -219,7 +221,6 @@ void tst_Rtcm3Captures::decodesEveryFrame()
             list.append(QStringLiteral("%1:%2").arg(it.key()).arg(it.value()));
         return list.join(QLatin1Char(' '));
     };
-    // Message types of later families are still unknown to the dictionary.
     QString decodedKnown = join(decoded);
     QCOMPARE(decodedKnown, messages);
     for (int type : { 1019, 1020, 1042, 1044, 1045, 1046, 1074, 1077, 1084, 1087, 1094, 1097, 1114,
@@ -381,6 +382,171 @@ QHash<QString, double> msmObservations(Message const *message, int leapSeconds)
 }
 
 } // namespace
+
+namespace {
+
+/// Runs convbin on the capture with the output option ("-o" observations, "-n" navigation);
+/// the RINEX file's path, empty when convbin is not installed.
+QString convbinOutput(QTemporaryDir const &dir, QString const &file, QString const &option)
+{
+    const QString convbin = QStandardPaths::findExecutable(QStringLiteral("convbin"));
+    if (convbin.isEmpty())
+        return QString();
+    const QString rinex = dir.filePath(QStringLiteral("output.rnx"));
+    QProcess process;
+    process.start(convbin,
+                  { QStringLiteral("-r"), QStringLiteral("rtcm3"), QStringLiteral("-v"),
+                    QStringLiteral("3.04"), QStringLiteral("-os"), option, rinex,
+                    Rtcm3TestData::captureDir() + QLatin1Char('/') + file });
+    process.waitForFinished(120000);
+    return rinex;
+}
+
+/// The broadcast records of a RINEX 3 navigation file: satellite and values, in file order.
+QVector<QPair<QString, QVector<double>>> readRinexNavigation(QString const &path)
+{
+    QFile file(path);
+    QVector<QPair<QString, QVector<double>>> records;
+    bool header = true;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return records;
+    while (!file.atEnd()) {
+        const QString line = QString::fromLatin1(file.readLine()).remove(QLatin1Char('\n'));
+        if (header) {
+            header = !line.mid(60).startsWith(QLatin1String("END OF HEADER"));
+            continue;
+        }
+        const bool first = line.at(0) != QLatin1Char(' ');
+        if (first)
+            records.append({ line.left(3), {} });
+        for (int i = first ? 23 : 4; i + 19 <= line.size() + 1 && !records.isEmpty(); i += 19) {
+            const QString field
+                = line.mid(i, 19).trimmed().replace(QLatin1Char('D'), QLatin1Char('E'));
+            if (!field.isEmpty())
+                records.last().second.append(field.toDouble());
+        }
+    }
+    return records;
+}
+
+} // namespace
+
+void tst_Rtcm3Captures::ephemeridesAgreeWithConvbin()
+{
+    QTemporaryDir dir;
+    const QString rinex
+        = convbinOutput(dir, QStringLiteral("dropped-packets.rtcm3"), QStringLiteral("-n"));
+    if (rinex.isEmpty())
+        QSKIP("convbin (Debian package rtklib) is not installed");
+    const auto records = readRinexNavigation(rinex);
+    QVERIFY(records.size() > 50);
+
+    // Per system: the RINEX letter, the message, its satellite field and, in the order of the
+    // RINEX record, our fields ("-" negated, empty skipped). Orbits in semicircles become
+    // radians in RINEX; the record's toe (X for GLONASS) tells the broadcasts apart.
+    struct System
+    {
+        char letter;
+        QList<int> messages;
+        QString fields;
+        int keyIndex;
+    };
+    const QVector<System> systems {
+        { 'G',
+          { 1019 },
+          QStringLiteral("DF009 DF084 DF083 DF082 DF071 DF086 DF087 DF088 DF089 DF090 "
+                         "DF091 DF092 DF093 DF094 DF095 DF096 DF097 DF098 DF099 DF100 "
+                         "DF079"),
+          11 },
+        { 'J',
+          { 1044 },
+          QStringLiteral("DF429 DF433 DF432 DF431 DF434 DF435 DF436 DF437 DF438 DF439 "
+                         "DF440 DF441 DF442 DF443 DF444 DF445 DF446 DF447 DF448 DF449 "
+                         "DF450"),
+          11 },
+        // F/NAV and I/NAV broadcasts of one issue differ in their clocks.
+        { 'E',
+          { 1045, 1046 },
+          QStringLiteral("DF252 DF296 DF295 DF294 DF290 DF297 DF298 DF299 DF300 DF301 "
+                         "DF302 DF303 DF304 DF305 DF306 DF307 DF308 DF309 DF310 DF311 "
+                         "DF292"),
+          11 },
+        { 'C',
+          { 1042 },
+          QStringLiteral("DF488 DF496 DF495 DF494 - DF498 DF499 DF500 DF501 DF502 "
+                         "DF503 DF504 DF505 DF506 DF507 DF508 DF509 DF510 DF511 DF512 "
+                         "DF491"),
+          11 },
+        { 'R',
+          { 1020 },
+          QStringLiteral("DF038 -DF124 DF121 - DF112 DF111 DF113 - DF115 DF114 DF116 "
+                         "- DF118 DF117 DF119"),
+          3 },
+    };
+    const Rtcm3TestData::DecodedStream stream(
+        mDictionary, Rtcm3TestData::readCapture(QStringLiteral("dropped-packets.rtcm3")));
+    constexpr double pi = 3.1415926535898; // as the GPS interface specification fixes it
+    int compared = 0;
+    for (System const &system : systems) {
+        const QStringList fields = system.fields.split(QLatin1Char(' '));
+        // Our broadcasts as RINEX would write them, by satellite and key value.
+        QMultiHash<QString, QVector<double>> ours;
+        QVector<Message const *> messages;
+        for (int number : system.messages)
+            messages += stream.ofNumber(number);
+        for (Message const *message : std::as_const(messages)) {
+            QVector<double> values;
+            for (int i = 1; i < fields.size(); ++i) {
+                QString name = fields[i];
+                const double sign = name.startsWith(QLatin1Char('-')) && name.size() > 1 ? -1 : 1;
+                FieldInfo const *field
+                    = message->getInfo()->getFieldInfo(name.remove(QLatin1Char('-')));
+                const bool semicircles = field
+                    && (field->getUnit() == FieldInfo::UnitSemicircle
+                        || field->getUnit() == FieldInfo::UnitSemicirclePerSecond);
+                values.append(field ? sign * (semicircles ? pi : 1.0)
+                                      * field->getValue(message, 0).scaled(field->getScaleFactor())
+                                    : qQNaN());
+            }
+            ours.insert(QStringLiteral("%1%2 %3")
+                            .arg(QLatin1Char(system.letter))
+                            .arg(value(message, fields[0]).getU64(), 2, 10, QLatin1Char('0'))
+                            .arg(values[system.keyIndex], 0, 'g', 12),
+                        values);
+        }
+        for (auto const &record : records) {
+            if (record.first.at(0) != QLatin1Char(system.letter))
+                continue;
+            const QString key = QStringLiteral("%1 %2")
+                                    .arg(record.first)
+                                    .arg(record.second.value(system.keyIndex), 0, 'g', 12);
+            QVERIFY2(ours.contains(key), qPrintable(key));
+            // One of our broadcasts with that key has every value of the record.
+            QString difference;
+            for (QVector<double> const &candidate : ours.values(key)) {
+                difference.clear();
+                for (int i = 0; i < candidate.size() && difference.isEmpty(); ++i) {
+                    const double theirs = record.second.value(i);
+                    // RINEX keeps twelve significant digits.
+                    if (!qIsNaN(candidate[i])
+                        && qAbs(candidate[i] - theirs) > 1e-11 * qAbs(theirs)) {
+                        difference = QStringLiteral("%1 value %2 (%3): ours %4, convbin %5")
+                                         .arg(key)
+                                         .arg(i)
+                                         .arg(fields[i + 1])
+                                         .arg(candidate[i], 0, 'g', 15)
+                                         .arg(theirs, 0, 'g', 15);
+                    }
+                }
+                if (difference.isEmpty())
+                    break;
+            }
+            QVERIFY2(difference.isEmpty(), qPrintable(difference));
+            compared += ours.value(key).size();
+        }
+    }
+    QVERIFY(compared > 1000);
+}
 
 void tst_Rtcm3Captures::agreesWithConvbin_data()
 {

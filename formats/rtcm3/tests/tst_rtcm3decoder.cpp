@@ -8,7 +8,13 @@
 #include "rtcm3/rtcm3dictionary.h"
 #include "rtcm3/rtcm3message.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QTest>
 
 class tst_Rtcm3Decoder : public QObject
@@ -29,6 +35,7 @@ private Q_SLOTS:
     void records_data();
     void records();
     void unknownAndDisabled();
+    void legacyObservationsAgreeWithGpsdecode();
 
 private:
     Rtcm3Dictionary mDictionary;
@@ -122,6 +129,10 @@ void tst_Rtcm3Decoder::dictionary_data()
                           << QStringLiteral("DF002 DF003 DF428 ") + msmHeader;
     QTest::newRow("1126") << 1126 << QStringLiteral("BeiDou MSM6")
                           << QStringLiteral("DF002 DF003 DF427 ") + msmHeader;
+    QTest::newRow("1004") << 1004 << QStringLiteral("GPS extended L1&L2 RTK")
+                          << QStringLiteral("DF002 DF003 DF004 DF005 DF006 DF007 DF008 Satellites");
+    QTest::newRow("1012") << 1012 << QStringLiteral("GLONASS extended L1&L2 RTK")
+                          << QStringLiteral("DF002 DF003 DF034 DF005 DF035 DF036 DF037 Satellites");
     QTest::newRow("1133") << 1133 << QStringLiteral("NavIC MSM3")
                           << QStringLiteral("DF002 DF003 DF546 ") + msmHeader;
 }
@@ -412,6 +423,73 @@ void tst_Rtcm3Decoder::unknownAndDisabled()
     decoder.decodeMessage(frameOf(station1005));
     QCOMPARE(messages.count(), 1);
     QCOMPARE(events.count(), 0);
+}
+
+void tst_Rtcm3Decoder::legacyObservationsAgreeWithGpsdecode()
+{
+    const QString gpsdecode = QStandardPaths::findExecutable(QStringLiteral("gpsdecode"));
+    if (gpsdecode.isEmpty())
+        QSKIP("gpsdecode (Debian package gpsd-clients) is not installed");
+    // None of the captures holds legacy observations: a 1004 of two satellites and a 1012 of
+    // one, with negative differences, read by both decoders.
+    const QByteArray frames
+        = QByteArray::fromHex("d300283ec0075265c00020141e8481ff65d911ad0fda801f42d4b180f423f01388c8"
+                              "974000c9fe8916a580b3f449"
+                              "d300183f40075265c000806487a1203ff3dd924c87ed40115c79548abd9f");
+    QTemporaryFile input;
+    QVERIFY(input.open());
+    input.write(frames);
+    input.flush();
+    QProcess process;
+    process.setStandardInputFile(input.fileName());
+    process.start(gpsdecode, { QStringLiteral("-j") });
+    QVERIFY(process.waitForFinished(30000));
+    // gpsdecode reads the L2-L1 pseudorange differences (DF017, DF047) as unsigned and turns
+    // GPS lock time indicators into other numbers: those are left out.
+    QStringList theirs;
+    for (QByteArray const &line : process.readAllStandardOutput().split('\n')) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        for (QJsonValue const satellite : object.value(QStringLiteral("satellites")).toArray()) {
+            const QJsonObject l1 = satellite[QStringLiteral("L1")].toObject();
+            const QJsonObject l2 = satellite[QStringLiteral("L2")].toObject();
+            theirs.append(QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
+                              .arg(object.value(QStringLiteral("tow")).toInt())
+                              .arg(satellite[QStringLiteral("ident")].toInt())
+                              .arg(l1[QStringLiteral("prange")].toDouble(), 0, 'f', 2)
+                              .arg(l1[QStringLiteral("delta")].toDouble(), 0, 'f', 4)
+                              .arg(l1[QStringLiteral("amb")].toInt())
+                              .arg(l1[QStringLiteral("CNR")].toDouble(), 0, 'f', 2)
+                              .arg(l2[QStringLiteral("delta")].toDouble(), 0, 'f', 4)
+                              .arg(l2[QStringLiteral("CNR")].toDouble(), 0, 'f', 2));
+        }
+    }
+    QStringList ours;
+    Rtcm3Decoder decoder(&mDictionary, QStringLiteral("Decoder"));
+    connect(&decoder, &MessageSource::newMessage, [&](Message const *message) {
+        const bool gps = message->getInfo()->getName() == QLatin1String("1004");
+        auto number = [gps](Message const *m, char const *gpsField, char const *glonassField) {
+            FieldInfo const *field
+                = m->getInfo()->getFieldInfo(QLatin1String(gps ? gpsField : glonassField));
+            return field->getValue(m, 0).scaled(field->getScaleFactor());
+        };
+        for (Message const *satellite : message->getSubMessages()) {
+            ours.append(
+                QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
+                    .arg(number(message, "DF004", "DF034"), 0, 'f', 0)
+                    .arg(number(satellite, "DF009", "DF038"))
+                    .arg(number(satellite, "DF011", "DF041"), 0, 'f', 2)
+                    .arg(number(satellite, "DF012", "DF042"), 0, 'f', 4)
+                    .arg(Rtcm3TestData::value(satellite, QLatin1String(gps ? "DF014" : "DF044"))
+                             .getU64())
+                    .arg(number(satellite, "DF015", "DF045"), 0, 'f', 2)
+                    .arg(number(satellite, "DF018", "DF048"), 0, 'f', 4)
+                    .arg(number(satellite, "DF020", "DF050"), 0, 'f', 2));
+        }
+    });
+    decoder.decodeMessage(frames.left(46));
+    decoder.decodeMessage(frames.mid(46));
+    QCOMPARE(ours.size(), 3);
+    QCOMPARE(ours, theirs);
 }
 
 QTEST_GUILESS_MAIN(tst_Rtcm3Decoder)
