@@ -298,7 +298,7 @@ QVector<Message> ephemerisMessages()
           QStringLiteral("The position, velocity and clock parameters that a GLONASS satellite "
                          "broadcasts in its navigation message."),
           glonass() },
-        { 1042, QStringLiteral("BeiDou satellite ephemeris data"),
+        { 1042, QStringLiteral("BDS satellite ephemeris data"),
           QStringLiteral("The orbit and clock parameters that a BeiDou satellite broadcasts in "
                          "its D1 or D2 navigation message."),
           beidou() },
