@@ -485,7 +485,7 @@ void tst_Rtcm3Captures::ephemeridesAgreeWithConvbin()
     };
     const Rtcm3TestData::DecodedStream stream(
         mDictionary, Rtcm3TestData::readCapture(QStringLiteral("dropped-packets.rtcm3")));
-    constexpr double pi = 3.1415926535898; // as the GPS interface specification fixes it
+    constexpr double pi = 3.1415926535898; // the value GPS orbit computations use
     int compared = 0;
     for (System const &system : systems) {
         const QStringList fields = system.fields.split(QLatin1Char(' '));
