@@ -24,7 +24,7 @@ const QVector<Row> antennaReferencePoint {
     { "DF001", 1, U, "Reserved" },
     { "DF026", 38, I, "Antenna reference point ECEF-Y", 0.0001, "meter" },
     { "DF364", 2, U, "Quarter cycle indicator", 1.0, nullptr, nullptr,
-      "0=correction status unspecified;1=quarter-cycle phase corrections not applied;"
+      "0=correction status unknown;1=quarter-cycle phase corrections not applied;"
       "2=quarter-cycle phase corrections applied;3=reserved" },
     { "DF027", 38, I, "Antenna reference point ECEF-Z", 0.0001, "meter" },
 };
