@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
-# Builds the library with Qt 6, with Qt 5 and with AddressSanitizer+UndefinedBehaviorSanitizer,
-# and runs every test in all three builds. Installs missing Debian packages first.
+# Checks that every file declares its copyright and licence (reuse lint), then builds the library
+# with Qt 6, with Qt 5 and with AddressSanitizer+UndefinedBehaviorSanitizer, and runs every test
+# in all three builds. Installs missing Debian packages first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-bash tools/install-deps.sh
+bash tools/install-deps.sh reuse
+echo "=== reuse lint"
+report=$(reuse lint) || { echo "$report"; exit 1; }
+echo "$report" | tail -n 1
 jobs=$(nproc)
 passed=0
 failed=0

@@ -1,6 +1,7 @@
 # Configures, builds and runs the consumer project against an installed prefix, and checks the
-# pkg-config files. Arguments: CONSUMER_SOURCE_DIR, CONSUMER_BINARY_DIR, INSTALL_PREFIX, QT_MAJOR,
-# CONSUMER_RTCM3 (ON when the RTCM 3 format library was built).
+# installed licence text and the pkg-config files. Arguments: CONSUMER_SOURCE_DIR,
+# CONSUMER_BINARY_DIR, INSTALL_PREFIX, QT_MAJOR, CONSUMER_RTCM3 (ON when the RTCM 3 format
+# library was built).
 file(REMOVE_RECURSE ${CONSUMER_BINARY_DIR})
 execute_process(
     COMMAND ${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${CONSUMER_BINARY_DIR}
@@ -38,6 +39,19 @@ function(check_pkgconfig module)
     endforeach()
 endfunction()
 
+set(licence LGPL-2.1-or-later.txt)
+file(GLOB_RECURSE installed_licence ${INSTALL_PREFIX}/*/licenses/messageapiframework/${licence})
+execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files
+    ${CONSUMER_SOURCE_DIR}/../../LICENSES/${licence} "${installed_licence}" RESULT_VARIABLE result)
+if(result)
+    message(FATAL_ERROR "LICENSES/${licence} is not installed as it is: '${installed_licence}'")
+endif()
+
+file(GLOB_RECURSE pcfile ${INSTALL_PREFIX}/*/messageapiframework.pc)
+file(STRINGS ${pcfile} pclicence REGEX "^License:")
+if(NOT pclicence STREQUAL "License: LGPL-2.1-or-later")
+    message(FATAL_ERROR "the pkg-config file does not give the licence: '${pclicence}'")
+endif()
 find_program(PKG_CONFIG pkg-config)
 if(PKG_CONFIG)
     check_pkgconfig(messageapiframework)
