@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 
 namespace Rtcm3TestData {
 
@@ -25,6 +26,24 @@ QByteArray readCapture(QString const &fileName)
     if (captureDir().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     return file.readAll();
+}
+
+QString bits(qint64 value, int width)
+{
+    QString text;
+    for (int bit = width - 1; bit >= 0; --bit)
+        text.append((quint64(value) >> bit) & 1 ? QLatin1Char('1') : QLatin1Char('0'));
+    return text;
+}
+
+QByteArray run(QString const &program, QStringList const &arguments, QString const &input)
+{
+    QProcess process;
+    if (!input.isEmpty())
+        process.setStandardInputFile(input);
+    process.start(program, arguments);
+    process.waitForFinished(120000);
+    return process.readAllStandardOutput();
 }
 
 QByteArray frame(QByteArray const &payload)
@@ -99,12 +118,6 @@ FieldValue value(Message const *message, QString const &field, unsigned int inde
 {
     FieldInfo const *info = message->getInfo()->getFieldInfo(field);
     return info ? info->getValue(message, index) : FieldValue::invalid();
-}
-
-QString text(Message const *message, QString const &field)
-{
-    FieldInfo const *info = message->getInfo()->getFieldInfo(field);
-    return info ? info->getValueString(message) : QString();
 }
 
 } // namespace Rtcm3TestData

@@ -11,21 +11,25 @@ class FieldValue;
 class Message;
 class Rtcm3Dictionary;
 
-/// The real captures of ../shared/data/rtcm beside the checkout, and crafted frames.
+/// The real captures of ../shared/data/rtcm beside the checkout, crafted frames and the
+/// reference decoders.
 namespace Rtcm3TestData {
 
 /// The folder of the captures; empty when it is absent.
 QString captureDir();
 /// The whole capture; empty when the folder or the file is absent.
 QByteArray readCapture(QString const &fileName);
+/// width bits of value, most significant first.
+QString bits(qint64 value, int width);
 /// A frame around the payload: preamble, length, payload, CRC-24Q.
 QByteArray frame(QByteArray const &payload);
-/// A frame whose payload holds the bits of the text ("0101..."; blanks ignored), padded with
-/// zero bits to whole bytes.
+/// A frame whose payload holds the bits of the text, padded with zero bits to whole bytes.
 QByteArray frameFromBits(QString const &bits);
+/// The standard output of the program, with standard input from the file when one is given.
+QByteArray run(QString const &program, QStringList const &arguments, QString const &input = {});
 
-/// The messages of a whole stream, framed and decoded, each with a reference held until the
-/// list is destroyed; and the events of framer and decoder, as "type: text".
+/// A whole stream framed and decoded; each message is referenced until destruction, events are
+/// kept as "type: text".
 struct DecodedStream
 {
     DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input);
@@ -43,8 +47,6 @@ struct DecodedStream
 
 /// Value index of the field of that name in the message; an invalid value when it has none.
 FieldValue value(Message const *message, QString const &field, unsigned int index = 0);
-/// The text of a character field.
-QString text(Message const *message, QString const &field);
 
 } // namespace Rtcm3TestData
 
@@ -53,6 +55,13 @@ QString text(Message const *message, QString const &field);
     do {                                                                                           \
         if (Rtcm3TestData::captureDir().isEmpty())                                                 \
             QSKIP("the RTCM 3 captures (../shared/data/rtcm beside the checkout) are absent");     \
+    } while (false)
+
+/// Skips the test when the reference decoder is not installed.
+#define RTCM3_REQUIRE_TOOL(program, package)                                                       \
+    do {                                                                                           \
+        if (QStandardPaths::findExecutable(QStringLiteral(program)).isEmpty())                     \
+            QSKIP(program " (Debian package " package ") is not installed");                       \
     } while (false)
 
 #endif // MESSAGEAPI_RTCM3_TESTS_RTCM3TESTDATA_H

@@ -4,29 +4,26 @@
 #include "fieldinfo.h"
 #include "formatinfo.h"
 #include "messageinfo.h"
+#include "messagestatistics.h"
+#include "messagestatisticscoordinator.h"
 #include "rtcm3/rtcm3decoder.h"
 #include "rtcm3/rtcm3dictionary.h"
-#include "rtcm3/rtcm3message.h"
+#include "rtcm3/rtcm3fieldinfo.h"
+#include "rtcm3/rtcm3framer.h"
+#include "rtcm3/rtcm3streamtime.h"
+#include "timesource.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryFile>
 #include <QTest>
 
+/// The dictionary, the decoder on crafted frames and the stream time.
 class tst_Rtcm3Decoder : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void dictionary_data();
     void dictionary();
-    void msmRecords_data();
-    void msmRecords();
     void decoderErrors_data();
     void decoderErrors();
     void announcesInThreePhases();
@@ -35,7 +32,9 @@ private Q_SLOTS:
     void records_data();
     void records();
     void unknownAndDisabled();
-    void legacyObservationsAgreeWithGpsdecode();
+    void epochTimes_data();
+    void epochTimes();
+    void streamTimeDrivesStatistics();
 
 private:
     Rtcm3Dictionary mDictionary;
@@ -43,13 +42,31 @@ private:
 
 namespace {
 
-/// width bits of value, most significant first.
-QString bits(qint64 value, int width)
+using Rtcm3TestData::bits;
+
+// GPS week 2009: 2018-07-08 to 2018-07-14.
+constexpr quint64 week2009 = 2009 * Rtcm3StreamTime::weekMs;
+
+/// The bits of the message type's first fields; of all of them by default.
+int bitsOf(MessageInfo const *info, int fields = -1)
 {
-    QString text;
-    for (int bit = width - 1; bit >= 0; --bit)
-        text.append((quint64(value) >> bit) & 1 ? QLatin1Char('1') : QLatin1Char('0'));
-    return text;
+    int count = 0;
+    for (FieldInfo const *field : info->getFieldInfos().mid(0, fields))
+        count += int(static_cast<Rtcm3FieldInfo const *>(field)->getBitWidth());
+    return count;
+}
+
+/// The names of the fields of the message or record type of that name.
+QString fieldNames(QString const &name)
+{
+    QStringList names;
+    for (MessageInfo const *info : FormatInfo::getFormatInfo(QStringLiteral("RTCM3"))
+                                       ->getMessageInfosIncludingSubMessages()) {
+        for (FieldInfo const *field :
+             info->getName() == name ? info->getFieldInfos() : QVector<FieldInfo const *>())
+            names.append(field->getName());
+    }
+    return names.join(QLatin1Char(' '));
 }
 
 QString chars(QByteArray const &text)
@@ -88,122 +105,26 @@ void tst_Rtcm3Decoder::initTestCase()
     QLocale::setDefault(QLocale::c());
 }
 
-void tst_Rtcm3Decoder::dictionary_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("fields");
-
-    QTest::newRow("1005") << 1005 << QStringLiteral("Stationary RTK reference station ARP")
-                          << QStringLiteral("DF002 DF003 DF021 DF022 DF023 DF024 DF141 DF025 "
-                                            "DF142 DF001 DF026 DF364 DF027");
-    QTest::newRow("1006") << 1006
-                          << QStringLiteral("Stationary RTK reference station ARP with antenna "
-                                            "height")
-                          << QStringLiteral("DF002 DF003 DF021 DF022 DF023 DF024 DF141 DF025 "
-                                            "DF142 DF001 DF026 DF364 DF027 DF028");
-    QTest::newRow("1007") << 1007 << QStringLiteral("Antenna descriptor")
-                          << QStringLiteral("DF002 DF003 DF029 DF030 DF031");
-    QTest::newRow("1008") << 1008 << QStringLiteral("Antenna descriptor and serial number")
-                          << QStringLiteral("DF002 DF003 DF029 DF030 DF031 DF032 DF033");
-    QTest::newRow("1013") << 1013 << QStringLiteral("System parameters")
-                          << QStringLiteral("DF002 DF003 DF051 DF052 DF053 DF054 Messages");
-    QTest::newRow("1029") << 1029 << QStringLiteral("Unicode text string")
-                          << QStringLiteral("DF002 DF003 DF051 DF052 DF138 DF139 DF140");
-    QTest::newRow("1033") << 1033 << QStringLiteral("Receiver and antenna descriptors")
-                          << QStringLiteral("DF002 DF003 DF029 DF030 DF031 DF032 DF033 DF227 "
-                                            "DF228 DF229 DF230 DF231 DF232");
-    QTest::newRow("1230") << 1230 << QStringLiteral("GLONASS L1 and L2 code-phase biases")
-                          << QStringLiteral("DF002 DF003 DF421 DF001 DF422 Biases");
-    const QString msmHeader = QStringLiteral(
-        "DF393 DF409 DF001 DF411 DF412 DF417 DF418 DF394 DF395 DF396 Satellites Signals");
-    QTest::newRow("1071") << 1071 << QStringLiteral("GPS MSM1")
-                          << QStringLiteral("DF002 DF003 DF004 ") + msmHeader;
-    QTest::newRow("1084") << 1084 << QStringLiteral("GLONASS MSM4")
-                          << QStringLiteral("DF002 DF003 DF416 DF034 ") + msmHeader;
-    QTest::newRow("1097") << 1097 << QStringLiteral("Galileo MSM7")
-                          << QStringLiteral("DF002 DF003 DF248 ") + msmHeader;
-    QTest::newRow("1107") << 1107 << QStringLiteral("SBAS MSM7")
-                          << QStringLiteral("DF002 DF003 DF004 ") + msmHeader;
-    QTest::newRow("1115") << 1115 << QStringLiteral("QZSS MSM5")
-                          << QStringLiteral("DF002 DF003 DF428 ") + msmHeader;
-    QTest::newRow("1126") << 1126 << QStringLiteral("BeiDou MSM6")
-                          << QStringLiteral("DF002 DF003 DF427 ") + msmHeader;
-    QTest::newRow("1004") << 1004 << QStringLiteral("GPS extended L1&L2 RTK")
-                          << QStringLiteral("DF002 DF003 DF004 DF005 DF006 DF007 DF008 Satellites");
-    QTest::newRow("1012") << 1012 << QStringLiteral("GLONASS extended L1&L2 RTK")
-                          << QStringLiteral("DF002 DF003 DF034 DF005 DF035 DF036 DF037 Satellites");
-    QTest::newRow("1133") << 1133 << QStringLiteral("NavIC MSM3")
-                          << QStringLiteral("DF002 DF003 DF546 ") + msmHeader;
-}
-
 void tst_Rtcm3Decoder::dictionary()
 {
-    QFETCH(int, number);
-    QFETCH(QString, title);
-    QFETCH(QString, fields);
-
+    // Every message type is named by its number, found by it as discriminant and described.
     FormatInfo const *format = FormatInfo::getFormatInfo(QStringLiteral("RTCM3"));
-    QCOMPARE(format, mDictionary.getFormat());
-    MessageInfo const *info = mDictionary.getMessageInfo(number);
-    QVERIFY(info);
-    QCOMPARE(info->getName(), QString::number(number));
-    QCOMPARE(info->getShortDescriptiveText(), title);
-    QVERIFY(!info->getDescriptiveText().isEmpty());
-    QCOMPARE(format->getMessageInfosForDiscriminant(FieldValue::u(quint64(number), 12)),
-             QVector<MessageInfo const *> { info });
-    QStringList names;
-    for (FieldInfo const *field : info->getFieldInfos()) {
-        names.append(field->getName());
-        QVERIFY2(!field->getShortDescriptiveText().isEmpty(), qPrintable(field->getName()));
+    for (MessageInfo const *info : format->getMessageInfos()) {
+        const quint64 number = info->getName().toULongLong();
+        QCOMPARE(format->getMessageInfosForDiscriminant(FieldValue::u(number, 12)),
+                 QVector<MessageInfo const *> { info });
+        QVERIFY(!info->getDescriptiveText().isEmpty());
+        for (FieldInfo const *field : info->getFieldInfos())
+            QVERIFY2(!field->getShortDescriptiveText().isEmpty(), qPrintable(field->getName()));
     }
-    QCOMPARE(names.join(QLatin1Char(' ')), fields);
-}
-
-void tst_Rtcm3Decoder::msmRecords_data()
-{
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("satellite");
-    QTest::addColumn<QString>("signal");
-
-    const QString cell = QStringLiteral("SatelliteId SignalId ");
-    QTest::newRow("MSM1") << 1071 << QStringLiteral("SatelliteId DF398")
-                          << cell + QStringLiteral("DF400");
-    QTest::newRow("MSM2") << 1082 << QStringLiteral("SatelliteId DF398")
-                          << cell + QStringLiteral("DF401 DF402 DF420");
-    QTest::newRow("MSM3") << 1093 << QStringLiteral("SatelliteId DF397 DF398")
-                          << cell + QStringLiteral("DF400 DF401 DF402 DF420");
-    QTest::newRow("MSM4") << 1104 << QStringLiteral("SatelliteId DF397 DF398")
-                          << cell + QStringLiteral("DF400 DF401 DF402 DF420 DF403");
-    QTest::newRow("MSM5, GLONASS frequency channel")
-        << 1085 << QStringLiteral("SatelliteId DF397 DF419 DF398 DF399")
-        << cell + QStringLiteral("DF400 DF401 DF402 DF420 DF403 DF404");
-    QTest::newRow("MSM6") << 1116 << QStringLiteral("SatelliteId DF397 DF398")
-                          << cell + QStringLiteral("DF405 DF406 DF407 DF420 DF408");
-    QTest::newRow("MSM7") << 1137 << QStringLiteral("SatelliteId DF397 ExtendedInfo DF398 DF399")
-                          << cell + QStringLiteral("DF405 DF406 DF407 DF420 DF408 DF404");
-}
-
-void tst_Rtcm3Decoder::msmRecords()
-{
-    QFETCH(int, number);
-    QFETCH(QString, satellite);
-    QFETCH(QString, signal);
-
-    auto names = [](QString const &messageName) {
-        QStringList list;
-        MessageInfo const *info = nullptr;
-        for (MessageInfo const *candidate : FormatInfo::getFormatInfo(QStringLiteral("RTCM3"))
-                                                ->getMessageInfosIncludingSubMessages()) {
-            if (candidate->getName() == messageName)
-                info = candidate;
-        }
-        for (FieldInfo const *field : info ? info->getFieldInfos() : QVector<FieldInfo const *>())
-            list.append(field->getName());
-        return list.join(QLatin1Char(' '));
-    };
-    QCOMPARE(names(QStringLiteral("%1 satellite").arg(number)), satellite);
-    QCOMPARE(names(QStringLiteral("%1 signal").arg(number)), signal);
+    // 1001-1008, 1009-1012, 1013, 1019, 1020, 1029, 1033, 1042, 1044-1046, 1230 and 49 MSM.
+    QCOMPARE(format->getMessageInfos().size(), 71);
+    QCOMPARE(mDictionary.getMessageInfo(1077)->getShortDescriptiveText(),
+             QStringLiteral("GPS MSM7"));
+    QCOMPARE(fieldNames(QStringLiteral("1137 satellite")),
+             QStringLiteral("SatelliteId DF397 ExtendedInfo DF398 DF399"));
+    QCOMPARE(fieldNames(QStringLiteral("1137 signal")),
+             QStringLiteral("SatelliteId SignalId DF405 DF406 DF407 DF420 DF408 DF404"));
 }
 
 void tst_Rtcm3Decoder::decoderErrors_data()
@@ -298,48 +219,56 @@ void tst_Rtcm3Decoder::announcesInThreePhases()
 
 void tst_Rtcm3Decoder::values_data()
 {
-    QTest::addColumn<QString>("payload");
+    QTest::addColumn<int>("number");
     QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("bits");
     QTest::addColumn<QString>("interpreted");
 
-    QTest::newRow("1005 message number") << station1005 << "DF002"
-                                         << "1005";
-    QTest::newRow("1005 station ID") << station1005 << "DF003"
-                                     << "7";
-    QTest::newRow("1005 GPS indicator, symbolic") << station1005 << "DF022"
-                                                  << "yes";
-    QTest::newRow("1005 Galileo indicator, symbolic") << station1005 << "DF024"
-                                                      << "no";
-    QTest::newRow("1005 negative X in meters") << station1005 << "DF025"
-                                               << "-1234.5678 m";
-    QTest::newRow("1005 Y in meters") << station1005 << "DF026"
-                                      << "2345.6789 m";
-    QTest::newRow("1005 Z of one step") << station1005 << "DF027"
-                                        << "0.0001 m";
-    QTest::newRow("1005 quarter cycle indicator") << station1005 << "DF364"
-                                                  << "quarter-cycle phase corrections applied";
-    QTest::newRow("1013 modified Julian day") << system1013 << "DF051"
-                                              << "58311 d";
-    QTest::newRow("1013 leap seconds") << system1013 << "DF054"
-                                       << "18 s";
-    QTest::newRow("1230 indicator") << biases1230 << "DF421"
-                                    << "pseudorange and phaserange aligned";
+    const struct
+    {
+        char const *name;
+        int number;
+        char const *field;
+        QString bits;
+        char const *interpreted;
+    } rows[] = {
+        { "1005 negative X", 1005, "DF025", bits(-12345678, 38), "-1234.5678 m" },
+        { "1005 GPS indicator", 1005, "DF022", "1", "yes" },
+        { "1005 quarter cycle", 1005, "DF364", "10", "quarter-cycle phase corrections applied" },
+        { "1230 indicator", 1230, "DF421", "1", "pseudorange and phaserange aligned" },
+        { "1020 x, sign-magnitude", 1020, "DF112", "100000000000000110000000000", "-1.5000 km" },
+        { "1020 negative zero", 1020, "DF117", "100000000000000000000000", "0.0000000 km/s" },
+        { "1020 tb", 1020, "DF110", "0001011", "165 min." },
+        { "1020 NT not available", 1020, "DF129", "00000000000", "N/A" },
+        { "1019 mean anomaly", 1019, "DF088", bits(1 << 30, 32), "0.5000000000 semi-circle" },
+        { "1042 group delay", 1042, "DF513", "1111111011", "-0.5 ns" },
+        { "1046 E1-B in test", 1046, "DF287", "11", "signal component currently in test" },
+    };
+    for (auto const &row : rows) {
+        QTest::newRow(row.name) << row.number << QString::fromLatin1(row.field) << row.bits
+                                << QString::fromLatin1(row.interpreted);
+    }
 }
 
 void tst_Rtcm3Decoder::values()
 {
-    QFETCH(QString, payload);
+    QFETCH(int, number);
     QFETCH(QString, field);
+    QFETCH(QString, bits);
     QFETCH(QString, interpreted);
 
+    // Every field zero but the message number and this one.
+    MessageInfo const *info = mDictionary.getMessageInfo(number);
+    FieldInfo const *fieldInfo = info->getFieldInfo(field);
+    QCOMPARE(bits.size(), int(static_cast<Rtcm3FieldInfo const *>(fieldInfo)->getBitWidth()));
+    QString payload
+        = Rtcm3TestData::bits(number, 12) + QString(bitsOf(info) - 12, QLatin1Char('0'));
+    payload.replace(bitsOf(info, fieldInfo->getIndexInMessageInfo(info)), bits.size(), bits);
     Rtcm3Decoder decoder(&mDictionary, QStringLiteral("Decoder"));
     QString text;
     connect(&decoder, &MessageSource::newMessage, [&](Message const *message) {
-        FieldInfo const *info = message->getInfo()->getFieldInfo(field);
-        QVERIFY(info);
-        QCOMPARE(info->getNumberOfValues(message), 1u);
-        text = info->getInterpretedString(info->getValue(message, 0), true);
-        QVERIFY(!info->getValue(message, 1).isValid());
+        QCOMPARE(fieldInfo->getNumberOfValues(message), 1u);
+        text = fieldInfo->getInterpretedString(fieldInfo->getValue(message, 0), true);
     });
     decoder.decodeMessage(frameOf(payload));
     QCOMPARE(text, interpreted);
@@ -428,71 +357,102 @@ void tst_Rtcm3Decoder::unknownAndDisabled()
     QCOMPARE(events.count(), 0);
 }
 
-void tst_Rtcm3Decoder::legacyObservationsAgreeWithGpsdecode()
+void tst_Rtcm3Decoder::epochTimes_data()
 {
-    const QString gpsdecode = QStandardPaths::findExecutable(QStringLiteral("gpsdecode"));
-    if (gpsdecode.isEmpty())
-        QSKIP("gpsdecode (Debian package gpsd-clients) is not installed");
-    // None of the captures holds legacy observations: a 1004 of two satellites and a 1012 of
-    // one, with negative differences, read by both decoders.
-    const QByteArray frames
-        = QByteArray::fromHex("d300283ec0075265c00020141e8481ff65d911ad0fda801f42d4b180f423f01388c8"
-                              "974000c9fe8916a580b3f449"
-                              "d300183f40075265c000806487a1203ff3dd924c87ed40115c79548abd9f");
-    QTemporaryFile input;
-    QVERIFY(input.open());
-    input.write(frames);
-    input.flush();
-    QProcess process;
-    process.setStandardInputFile(input.fileName());
-    process.start(gpsdecode, { QStringLiteral("-j") });
-    QVERIFY(process.waitForFinished(30000));
-    // gpsdecode reads the L2-L1 pseudorange differences (DF017, DF047) as unsigned and turns
-    // GPS lock time indicators into other numbers: those are left out.
-    QStringList theirs;
-    for (QByteArray const &line : process.readAllStandardOutput().split('\n')) {
-        const QJsonObject object = QJsonDocument::fromJson(line).object();
-        for (QJsonValue const satellite : object.value(QStringLiteral("satellites")).toArray()) {
-            const QJsonObject l1 = satellite[QStringLiteral("L1")].toObject();
-            const QJsonObject l2 = satellite[QStringLiteral("L2")].toObject();
-            theirs.append(QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
-                              .arg(object.value(QStringLiteral("tow")).toInt())
-                              .arg(satellite[QStringLiteral("ident")].toInt())
-                              .arg(l1[QStringLiteral("prange")].toDouble(), 0, 'f', 2)
-                              .arg(l1[QStringLiteral("delta")].toDouble(), 0, 'f', 4)
-                              .arg(l1[QStringLiteral("amb")].toInt())
-                              .arg(l1[QStringLiteral("CNR")].toDouble(), 0, 'f', 2)
-                              .arg(l2[QStringLiteral("delta")].toDouble(), 0, 'f', 4)
-                              .arg(l2[QStringLiteral("CNR")].toDouble(), 0, 'f', 2));
-        }
-    }
-    QStringList ours;
+    QTest::addColumn<QList<QByteArray>>("frames");
+    QTest::addColumn<QList<quint64>>("millis");
+
+    // An MSM1 of no satellites whose 30 bits of epoch time are given.
+    auto msm1 = [](int number, qint64 epochTime) {
+        return frameOf(bits(number, 12) + bits(0, 12) + bits(epochTime, 30) + bits(0, 127));
+    };
+    constexpr quint64 weekMs = Rtcm3StreamTime::weekMs;
+    QTest::newRow("GPS time of week in the fallback week")
+        << QList<QByteArray> { msm1(1071, 345600000) } << QList<quint64> { week2009 + 345600000 };
+    QTest::newRow("week rollover goes forward")
+        << QList<QByteArray> { msm1(1077, weekMs - 1000), msm1(1077, 1000) }
+        << QList<quint64> { week2009 + weekMs - 1000, week2009 + weekMs + 1000 };
+    QTest::newRow("late message before the rollover goes back a little")
+        << QList<QByteArray> { msm1(1077, 1000), msm1(1097, weekMs - 1000) }
+        << QList<quint64> { week2009 + 1000, week2009 - 1000 };
+    // Thursday 00:00:05 GPS: Wednesday 23:59:47 UTC, Thursday 02:59:47 Moscow time.
+    QTest::newRow("GLONASS day of week and Moscow time")
+        << QList<QByteArray> { msm1(1084, (qint64(4) << 27) | (2 * 3600000 + 59 * 60000 + 47000)) }
+        << QList<quint64> { week2009 + 4 * 86400000 + 5000 };
+    QTest::newRow("BeiDou time is 14 s behind")
+        << QList<QByteArray> { msm1(1124, 345586000) } << QList<quint64> { week2009 + 345600000 };
+    QTest::newRow("QZSS and Galileo as GPS")
+        << QList<QByteArray> { msm1(1114, 7000), msm1(1094, 8000) }
+        << QList<quint64> { week2009 + 7000, week2009 + 8000 };
+}
+
+void tst_Rtcm3Decoder::epochTimes()
+{
+    QFETCH(QList<QByteArray>, frames);
+    QFETCH(QList<quint64>, millis);
+
     Rtcm3Decoder decoder(&mDictionary, QStringLiteral("Decoder"));
+    Rtcm3StreamTime time(QDate(2018, 7, 12));
+    QList<quint64> seen;
     connect(&decoder, &MessageSource::newMessage, [&](Message const *message) {
-        const bool gps = message->getInfo()->getName() == QLatin1String("1004");
-        auto number = [gps](Message const *m, char const *gpsField, char const *glonassField) {
-            FieldInfo const *field
-                = m->getInfo()->getFieldInfo(QLatin1String(gps ? gpsField : glonassField));
-            return field->getValue(m, 0).scaled(field->getScaleFactor());
-        };
-        for (Message const *satellite : message->getSubMessages()) {
-            ours.append(
-                QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8")
-                    .arg(number(message, "DF004", "DF034"), 0, 'f', 0)
-                    .arg(number(satellite, "DF009", "DF038"))
-                    .arg(number(satellite, "DF011", "DF041"), 0, 'f', 2)
-                    .arg(number(satellite, "DF012", "DF042"), 0, 'f', 4)
-                    .arg(Rtcm3TestData::value(satellite, QLatin1String(gps ? "DF014" : "DF044"))
-                             .getU64())
-                    .arg(number(satellite, "DF015", "DF045"), 0, 'f', 2)
-                    .arg(number(satellite, "DF018", "DF048"), 0, 'f', 4)
-                    .arg(number(satellite, "DF020", "DF050"), 0, 'f', 2));
+        QVERIFY(time.processMessage(message));
+        seen.append(time.getMillis());
+    });
+    for (QByteArray const &frame : frames)
+        decoder.decodeMessage(frame);
+    QCOMPARE(seen, millis);
+}
+
+void tst_Rtcm3Decoder::streamTimeDrivesStatistics()
+{
+    RTCM3_REQUIRE_CAPTURES();
+    Rtcm3Framer framer(mDictionary.getFormat(), QStringLiteral("Framer"));
+    Rtcm3Decoder decoder(&mDictionary, QStringLiteral("Decoder"));
+    connect(&framer, &Rtcm3Framer::frameFound, &decoder,
+            qOverload<const uint8_t *, uint>(&Rtcm3Decoder::decodeMessage));
+    TimeSource clock;
+    MessageStatisticsCoordinator coordinator(&decoder, &clock);
+    const QList<int> msm4 { 1074, 1084, 1094, 1114, 1124 };
+    for (int number : msm4)
+        coordinator.enableGapDetection(mDictionary.getMessageInfo(number));
+    // A fallback date years off: the week must come from the stream.
+    Rtcm3StreamTime time(QDate(2026, 11, 23));
+    QVector<quint64> epochStarts;
+    QStringList inconsistent;
+    quint64 epochTime = 0;
+    connect(&decoder, &MessageSource::newMessageEarly, [&](Message const *message) {
+        if (!time.processMessage(message))
+            return;
+        // Every system's messages of one epoch give the same GPS time.
+        if (epochTime == 0) {
+            epochTime = time.getMillis();
+            if (time.hasWeekFromStream())
+                epochStarts.append(epochTime);
+        } else if (time.getMillis() != epochTime && time.hasWeekFromStream())
+            inconsistent.append(message->getInfo()->getName());
+        clock.setMillis(time.getMillis());
+    });
+    connect(&decoder, &MessageSource::newMessageLate, [&](Message const *message) {
+        if (Rtcm3StreamTime::isEndOfEpoch(message)) {
+            coordinator.closeEpoch();
+            epochTime = 0;
         }
     });
-    decoder.decodeMessage(frames.left(46));
-    decoder.decodeMessage(frames.mid(46));
-    QCOMPARE(ours.size(), 3);
-    QCOMPARE(ours, theirs);
+    framer.addData(Rtcm3TestData::readCapture(QStringLiteral("dropped-packets.rtcm3")));
+
+    QVERIFY(time.hasWeekFromStream());
+    QCOMPARE(time.getLeapSeconds(), 18);
+    QCOMPARE(inconsistent, QStringList());
+    // 1 Hz without a missing second up to 2018-07-12 23:59:19 GPS time, as convbin's epochs.
+    QCOMPARE(epochStarts.size(), 1311);
+    QCOMPARE(epochStarts.last(), week2009 + 4 * 86400000ull + (23 * 3600 + 59 * 60 + 19) * 1000ull);
+    QCOMPARE(epochStarts.last() - epochStarts.first(), 1310000ull);
+    for (int number : msm4) {
+        MessageStatistics *statistics
+            = coordinator.getMessageStatistics(mDictionary.getMessageInfo(number));
+        QCOMPARE(statistics->getNumberOfGaps(), 0);
+        QCOMPARE(statistics->getNumberOfMissingEpochs(), 0);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Rtcm3Decoder)
