@@ -74,20 +74,26 @@ QString hex(QByteArray const &bytes)
     return QString::fromLatin1(bytes.toHex());
 }
 
-/// Reads every value of the message and of its records; false when one is invalid.
+/// Reads every value of the message and of its records, which are the values of its group
+/// fields with the message as parent; false when one is invalid.
 bool readEverything(Message const *message)
 {
+    QVector<Message const *> records;
     for (FieldInfo const *field : message->getInfo()->getFieldInfos()) {
         for (unsigned int i = 0; i < field->getNumberOfValues(message); ++i) {
             const FieldValue v = field->getValue(message, i);
             if (!v.isValid())
                 return false;
-            if (v.getType().getBasisType() != FieldType::SubMessage)
+            if (v.getType().getBasisType() == FieldType::SubMessage)
+                records.append(v.getSubMessage());
+            else
                 field->getInterpretedString(v, true);
         }
     }
-    const auto records = message->getSubMessages();
-    return std::all_of(records.cbegin(), records.cend(), readEverything);
+    return records == message->getSubMessages()
+        && std::all_of(records.cbegin(), records.cend(), [message](Message const *record) {
+               return record->getParentMessage() == message && readEverything(record);
+           });
 }
 
 } // namespace
