@@ -5,6 +5,7 @@
 #include "message.h"
 #include "messageinfo.h"
 #include "rtcm3/rtcm3dictionary.h"
+#include "rtcm3/rtcm3streamtime.h"
 
 #include <QDate>
 #include <QFile>
@@ -253,60 +254,48 @@ QHash<QString, double> readRinexObservations(QString const &path)
     return values;
 }
 
-/// Our pseudoranges (C, meters) and CNRs (S, dB-Hz) of an MSM message, keyed like the RINEX
-/// observations, at GPS milliseconds of day.
-QHash<QString, double> msmObservations(Message const *message, int leapSeconds)
+/// The RINEX observations of an MSM signal cell: letter, field of MSM1-5 and of MSM6-7, and
+/// whether the satellite's rough range in light-milliseconds is added and turned into meters.
+const struct
 {
-    constexpr qint64 dayMs = 86400000;
-    constexpr double metersPerMs = 299792.458;
+    char letter;
+    char const *fields[2];
+    bool range;
+} msmColumns[] = { { 'C', { "DF400", "DF405" }, true }, { 'S', { "DF403", "DF408" }, false } };
+
+/// The field's value scaled to its unit; NaN when it is the do-not-use value.
+double scaled(Message const *record, char const *name)
+{
+    FieldInfo const *field = record->getInfo()->getFieldInfo(QLatin1String(name));
+    const FieldValue v = field->getValue(record, 0);
+    return field->isDoNotUseValue(v) ? std::nan("") : v.scaled(field->getScaleFactor());
+}
+
+/// Our observations of an MSM message keyed like readRinexObservations'.
+QHash<QString, double> msmObservations(Message const *message, qint64 msOfDay)
+{
     const int number = message->getInfo()->getName().toInt();
-    const char system = "GRESJCI"[(number - 1070) / 10];
-    qint64 ms = 0;
-    switch (system) {
-    case 'R': // Moscow time of day
-        ms = qint64(value(message, QStringLiteral("DF034")).getU64()) - 3 * 3600000
-            + leapSeconds * 1000;
-        break;
-    case 'C': // BeiDou time is 14 s behind GPS time
-        ms = qint64(value(message, QStringLiteral("DF427")).getU64()) + 14000;
-        break;
-    default:
-        ms = qint64(value(message, message->getInfo()->getFieldInfos().at(2)->getName()).getU64());
-    }
-    ms = ((ms % dayMs) + dayMs) % dayMs;
     QHash<quint64, double> roughMs;
     QHash<QString, double> observations;
-    auto scaled = [](Message const *record, char const *name, bool *valid) {
-        FieldInfo const *field = record->getInfo()->getFieldInfo(QLatin1String(name));
-        if (!field)
-            return 0.0;
-        const FieldValue v = field->getValue(record, 0);
-        *valid = !field->isDoNotUseValue(v);
-        return v.scaled(field->getScaleFactor());
-    };
     for (Message const *record : message->getSubMessages()) {
-        bool valid = false;
         const quint64 satellite = value(record, QStringLiteral("SatelliteId")).getU64();
         if (record->getInfo()->getName().endsWith(QLatin1String(" satellite"))) {
-            const double whole = scaled(record, "DF397", &valid);
-            if (valid)
-                roughMs.insert(satellite, whole + scaled(record, "DF398", &valid));
+            roughMs.insert(satellite, scaled(record, "DF397") + scaled(record, "DF398"));
             continue;
         }
         FieldInfo const *signal = record->getInfo()->getFieldInfo(QStringLiteral("SignalId"));
+        const QString key = QStringLiteral("%1 %2%3 %4")
+                                .arg(msOfDay)
+                                .arg(QLatin1Char("GRESJCI"[(number - 1070) / 10]))
+                                .arg(satellite, 2, 10, QLatin1Char('0'));
         const QString code = signal->getSymbolicRepresentationForValue(signal->getValue(record, 0));
-        const QString prefix = QStringLiteral("%1 %2%3 ")
-                                   .arg(ms)
-                                   .arg(QLatin1Char(system))
-                                   .arg(satellite, 2, 10, QLatin1Char('0'));
-        const bool extended = number % 10 >= 6;
-        const double fine = scaled(record, extended ? "DF405" : "DF400", &valid);
-        if (valid && roughMs.contains(satellite))
-            observations.insert(prefix + QLatin1Char('C') + code,
-                                (roughMs[satellite] + fine) * metersPerMs);
-        const double cnr = scaled(record, extended ? "DF408" : "DF403", &valid);
-        if (valid)
-            observations.insert(prefix + QLatin1Char('S') + code, cnr);
+        for (auto const &column : msmColumns) {
+            const double cell = scaled(record, column.fields[number % 10 >= 6 ? 1 : 0]);
+            const double observation
+                = column.range ? (roughMs.value(satellite) + cell) * 299792.458 : cell;
+            if (!std::isnan(observation))
+                observations.insert(key.arg(QLatin1Char(column.letter) + code), observation);
+        }
     }
     return observations;
 }
@@ -317,24 +306,20 @@ void tst_Rtcm3Truth::convbinObservations_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QList<int>>("types");
-    QTest::addColumn<int>("leapSeconds");
 
-    // GPS-UTC is 18 s in 2018 and since; GLONASS epochs are in Moscow time.
     QTest::newRow("dropped-packets, MSM4 of five systems")
-        << QStringLiteral("dropped-packets.rtcm3") << QList<int> { 1074, 1084, 1094, 1114, 1124 }
-        << 18;
+        << QStringLiteral("dropped-packets.rtcm3") << QList<int> { 1074, 1084, 1094, 1114, 1124 };
     QTest::newRow("f9t-interleaved, MSM7 of four systems")
-        << QStringLiteral("f9t-interleaved.log") << QList<int> { 1077, 1087, 1097, 1127 } << 18;
+        << QStringLiteral("f9t-interleaved.log") << QList<int> { 1077, 1087, 1097, 1127 };
     // convbin writes only the BeiDou observations of this early MSM7 stream.
     QTest::newRow("gmsd7-truncated, BeiDou MSM7")
-        << QStringLiteral("gmsd7-truncated.rtcm3") << QList<int> { 1127 } << 16;
+        << QStringLiteral("gmsd7-truncated.rtcm3") << QList<int> { 1127 };
 }
 
 void tst_Rtcm3Truth::convbinObservations()
 {
     QFETCH(QString, file);
     QFETCH(QList<int>, types);
-    QFETCH(int, leapSeconds);
 
     RTCM3_REQUIRE_CAPTURES();
     RTCM3_REQUIRE_TOOL("convbin", "rtklib");
@@ -345,33 +330,30 @@ void tst_Rtcm3Truth::convbinObservations()
                          QStringLiteral("3.04"), QStringLiteral("-os"), QStringLiteral("-o"), rinex,
                          Rtcm3TestData::captureDir() + QLatin1Char('/') + file });
     const QHash<QString, double> theirs = readRinexObservations(rinex);
-    QVERIFY(!theirs.isEmpty());
 
+    // The epochs are the stream's own time (GPS time; GLONASS through the leap seconds).
     const Rtcm3TestData::DecodedStream stream(mDictionary, Rtcm3TestData::readCapture(file));
+    Rtcm3StreamTime time(QDate(2018, 7, 12));
     int compared = 0;
     int missing = 0;
     QStringList differences;
-    for (int type : std::as_const(types)) {
-        for (Message const *message : stream.ofNumber(type)) {
-            const QHash<QString, double> ours = msmObservations(message, leapSeconds);
-            for (auto it = ours.cbegin(); it != ours.cend(); ++it) {
-                if (!theirs.contains(it.key())) {
-                    ++missing;
-                    continue;
-                }
-                ++compared;
-                // RINEX has three decimals: meters for C, dB-Hz for S.
-                if (qAbs(theirs[it.key()] - it.value()) > 0.0015) {
-                    differences.append(QStringLiteral("%1: ours %2, convbin %3")
-                                           .arg(it.key())
-                                           .arg(it.value(), 0, 'f', 4)
-                                           .arg(theirs[it.key()], 0, 'f', 3));
-                }
-            }
+    for (Message const *message : stream.messages) {
+        if (!time.processMessage(message) || !types.contains(message->getInfo()->getName().toInt()))
+            continue;
+        const auto ours = msmObservations(message, qint64(time.getMillis() % 86400000));
+        for (auto it = ours.cbegin(); it != ours.cend(); ++it) {
+            compared += theirs.contains(it.key()) ? 1 : 0;
+            missing += theirs.contains(it.key()) ? 0 : 1;
+            // RINEX has three decimals: meters for C, dB-Hz for S.
+            if (theirs.contains(it.key()) && qAbs(theirs[it.key()] - it.value()) > 0.0015)
+                differences.append(QStringLiteral("%1: ours %2, convbin %3")
+                                       .arg(it.key())
+                                       .arg(it.value(), 0, 'f', 4)
+                                       .arg(theirs[it.key()], 0, 'f', 3));
         }
     }
-    // convbin leaves out a few epochs of the stream (around lost packets, or where systems of
-    // one epoch arrive apart); every value it does write must agree.
+    // convbin leaves out a few epochs (around lost packets, or where systems of one epoch arrive
+    // apart); every value it does write must agree.
     QVERIFY(compared > 2000);
     QVERIFY2(missing * 40 < compared, qPrintable(QString::number(missing)));
     QCOMPARE(differences.mid(0, 5).join(QLatin1String("; ")), QString());
