@@ -7,7 +7,7 @@
 #include "rtcm3/rtcm3dictionary.h"
 #include "rtcm3/rtcm3streamtime.h"
 
-#include <QDate>
+#include <QDateTime>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -379,35 +379,27 @@ QHash<QString, QVector<double>> readRinexNavigation(QString const &path)
 {
     QHash<QString, QVector<double>> records;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return records;
+    file.open(QIODevice::ReadOnly | QIODevice::Text);
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    const auto header = std::find_if(lines.cbegin(), lines.cend(), [](QByteArray const &line) {
+        return line.contains("END OF HEADER");
+    });
     QString satellite;
     QVector<double> values;
-    bool header = true;
-    while (!file.atEnd()) {
-        const QString line = QString::fromLatin1(file.readLine()).remove(QLatin1Char('\n'));
-        if (header || line.isEmpty()) {
-            header = header && !line.mid(60).startsWith(QLatin1String("END OF HEADER"));
-            continue;
-        }
-        if (line.at(0) != QLatin1Char(' ')) {
-            if (!satellite.isEmpty())
-                records.insert(keyOf(satellite, values), values);
+    for (QString line : lines.mid(int(header - lines.cbegin()) + 1)) {
+        if (!line.startsWith(QLatin1Char(' ')) && !satellite.isEmpty())
+            records.insert(keyOf(satellite, values), values);
+        if (!line.startsWith(QLatin1Char(' '))) {
             satellite = line.left(3);
-            const QVector<int> t
-                = { line.mid(4, 4).toInt(),  line.mid(9, 2).toInt(),  line.mid(12, 2).toInt(),
-                    line.mid(15, 2).toInt(), line.mid(18, 2).toInt(), line.mid(21, 2).toInt() };
-            const int day = satellite.startsWith(QLatin1Char('R'))
-                ? 0
-                : QDate(t[0], t[1], t[2]).dayOfWeek() % 7;
-            values = { double(day * 86400 + t[3] * 3600 + t[4] * 60 + t[5]) };
+            const QDateTime t
+                = QDateTime::fromString(line.mid(4, 19), QStringLiteral("yyyy MM dd HH mm ss"));
+            const int day = satellite.startsWith(QLatin1Char('R')) ? 0 : t.date().dayOfWeek() % 7;
+            values = { double(day * 86400 + t.time().msecsSinceStartOfDay() / 1000) };
         }
         for (int column = values.size() == 1 ? 23 : 4; column + 19 <= line.size(); column += 19)
             values.append(
                 line.mid(column, 19).replace(QLatin1Char('D'), QLatin1Char('E')).toDouble());
     }
-    if (!satellite.isEmpty())
-        records.insert(keyOf(satellite, values), values);
     return records;
 }
 
