@@ -11,8 +11,6 @@ class FieldValue;
 class Message;
 class Rtcm3Dictionary;
 
-/// The real captures of ../shared/data/rtcm beside the checkout, crafted frames and the
-/// reference decoders.
 namespace Rtcm3TestData {
 
 /// The folder of the captures; empty when it is absent.
@@ -37,7 +35,6 @@ struct DecodedStream
     DecodedStream(DecodedStream const &) = delete;
     DecodedStream &operator=(DecodedStream const &) = delete;
 
-    /// The messages of that number, in stream order.
     QVector<Message const *> ofNumber(int number) const;
 
     QVector<Message const *> messages;
@@ -45,7 +42,7 @@ struct DecodedStream
     QStringList events;
 };
 
-/// Value index of the field of that name in the message; an invalid value when it has none.
+/// The value of the field of that name; invalid when the message has none.
 FieldValue value(Message const *message, QString const &field, unsigned int index = 0);
 
 } // namespace Rtcm3TestData

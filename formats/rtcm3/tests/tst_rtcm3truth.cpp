@@ -44,7 +44,7 @@ struct GpsdecodeKey
 {
     char const *numbers;
     char const *key;
-    char const *field;
+    char const *fields; // the first of them that the message or record has
     /// n: the number (modulo param when not 0), f: scaled with param decimals, b: true/false,
     /// t: text (its first param characters when not 0), *: not compared
     char kind;
@@ -76,25 +76,17 @@ const GpsdecodeKey gpsdecodeKeys[] = {
     // gpsdecode reads 1230's biases from the wrong bits (l1_ca 16384 where f9t's frame
     // 4ce0008a00000000 has two zero biases): only the indicator is compared.
     { "1230", "ind", "DF421", 'n', 0 },
-    { "1004", "tow", "DF004", 'n', 0 },
-    { "1004", "ident", "DF009", 'n', 0 },
-    { "1004", "prange", "DF011", 'f', 2 },
+    // Legacy observations: GPS fields, then GLONASS fields.
+    { "1004 1012", "tow", "DF004 DF034", 'n', 0 },
+    { "1004 1012", "ident", "DF009 DF038", 'n', 0 },
+    { "1004 1012", "prange", "DF011 DF041", 'f', 2 },
     // gpsdecode reads the L2-L1 pseudorange differences as unsigned.
-    { "1004", "prange", "DF017", '*', 0 },
-    { "1004", "delta", "DF012", 'f', 4 },
-    { "1004", "delta", "DF018", 'f', 4 },
-    { "1004", "amb", "DF014", 'n', 0 },
-    { "1004", "CNR", "DF015", 'f', 2 },
-    { "1004", "CNR", "DF020", 'f', 2 },
-    { "1012", "tow", "DF034", 'n', 0 },
-    { "1012", "ident", "DF038", 'n', 0 },
-    { "1012", "prange", "DF041", 'f', 2 },
-    { "1012", "prange", "DF047", '*', 0 },
-    { "1012", "delta", "DF042", 'f', 4 },
-    { "1012", "delta", "DF048", 'f', 4 },
-    { "1012", "amb", "DF044", 'n', 0 },
-    { "1012", "CNR", "DF045", 'f', 2 },
-    { "1012", "CNR", "DF050", 'f', 2 },
+    { "1004 1012", "prange", "DF017 DF047", '*', 0 },
+    { "1004 1012", "delta", "DF012 DF042", 'f', 4 },
+    { "1004 1012", "delta", "DF018 DF048", 'f', 4 },
+    { "1004 1012", "amb", "DF014 DF044", 'n', 0 },
+    { "1004 1012", "CNR", "DF015 DF045", 'f', 2 },
+    { "1004 1012", "CNR", "DF020 DF050", 'f', 2 },
 };
 
 QString ourValue(Message const *m, FieldInfo const *field, GpsdecodeKey const &row)
@@ -125,7 +117,9 @@ QString gpsdecodeText(Message const *message, QString const &line = {})
     QHash<QString, QStringList> values;
     for (Message const *m : QVector<Message const *> { message } + message->getSubMessages()) {
         for (GpsdecodeKey const &row : gpsdecodeKeys) {
-            FieldInfo const *field = m->getInfo()->getFieldInfo(QLatin1String(row.field));
+            FieldInfo const *field = nullptr;
+            for (QString const &name : QString::fromLatin1(row.fields).split(QLatin1Char(' ')))
+                field = field ? field : m->getInfo()->getFieldInfo(name);
             if (!field
                 || !QString::fromLatin1(row.numbers).split(QLatin1Char(' ')).contains(number))
                 continue;
