@@ -32,7 +32,7 @@ QString bits(qint64 value, int width)
 {
     QString text;
     for (int bit = width - 1; bit >= 0; --bit)
-        text.append((quint64(value) >> bit) & 1 ? QLatin1Char('1') : QLatin1Char('0'));
+        text.append(bit < 64 && (quint64(value) >> bit) & 1 ? QLatin1Char('1') : QLatin1Char('0'));
     return text;
 }
 
