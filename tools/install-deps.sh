@@ -3,7 +3,9 @@
 # Usage: tools/install-deps.sh [extra-package ...]
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev "$@")
+# gpsd-clients (gpsdecode) and rtklib (convbin) are independent RTCM 3 decoders that the
+# format library's tests compare with.
+packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev gpsd-clients rtklib "$@")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \

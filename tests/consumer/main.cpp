@@ -6,6 +6,11 @@
 
 #include <QTextStream>
 
+#ifdef CONSUMER_RTCM3
+#include <formatinfo.h>
+#include <rtcm3/rtcm3framer.h>
+#endif
+
 int main()
 {
     QTextStream out(stdout);
@@ -13,5 +18,12 @@ int main()
     out << event.getTypeString() << ": " << event.getMessage() << '\n';
     MessageApi::enableConfidentialInformationDisplay();
     out << "confidential display: " << MessageApi::confidentialInformationDisplayEnabled() << '\n';
+#ifdef CONSUMER_RTCM3
+    // The smallest frame: an empty payload and its CRC.
+    FormatInfo format(QStringLiteral("RTCM3"));
+    Rtcm3Framer framer(&format, QStringLiteral("consumer"));
+    framer.addData(QByteArray::fromHex("d3000047ea4b"));
+    out << "rtcm3 frames: " << framer.getFrameCount() << '\n';
+#endif
     return event.isError() && Message::fieldSeparator == QLatin1String(",") ? 0 : 1;
 }

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#include "rtcm3bitreader.h"
+
+bool Rtcm3BitReader::readUnsigned(std::size_t position, unsigned int width, uint64_t *value) const
+{
+    if (width > 64 || !contains(position, width))
+        return false;
+    uint64_t result = 0;
+    std::size_t bit = position;
+    unsigned int left = width;
+    // Whole bytes where the field is byte-aligned, single bits at its ragged ends.
+    while (left > 0) {
+        const unsigned int inByte = 8 - unsigned(bit % 8);
+        const uint8_t byte = mData[bit / 8];
+        if (inByte <= left) {
+            result = (result << inByte) | (byte & ((1u << inByte) - 1));
+            bit += inByte;
+            left -= inByte;
+        } else {
+            result = (result << left) | ((byte >> (inByte - left)) & ((1u << left) - 1));
+            bit += left;
+            left = 0;
+        }
+    }
+    *value = result;
+    return true;
+}
+
+bool Rtcm3BitReader::readSigned(std::size_t position, unsigned int width, int64_t *value) const
+{
+    uint64_t raw = 0;
+    if (width == 0 || !readUnsigned(position, width, &raw))
+        return false;
+    const unsigned int unused = 64 - width;
+    *value = static_cast<int64_t>(raw << unused) >> unused;
+    return true;
+}
+
+bool Rtcm3BitReader::readSignMagnitude(std::size_t position, unsigned int width,
+                                       int64_t *value) const
+{
+    uint64_t raw = 0;
+    if (width == 0 || !readUnsigned(position, width, &raw))
+        return false;
+    const uint64_t magnitude
+        = width == 64 ? raw & ~(uint64_t(1) << 63) : raw & ((uint64_t(1) << (width - 1)) - 1);
+    const bool negative = (raw >> (width - 1)) & 1;
+    *value = negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
+    return true;
+}

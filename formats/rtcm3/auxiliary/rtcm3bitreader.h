@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+#ifndef MESSAGEAPI_RTCM3_RTCM3BITREADER_H
+#define MESSAGEAPI_RTCM3_RTCM3BITREADER_H
+
+#include <cstddef>
+#include <cstdint>
+
+/**
+ * Reads bit fields, most significant bit first, out of a block of bytes whose size it knows.
+ * Positions count bits from the first bit of the block. Every read is checked against the
+ * block: a field that does not lie wholly inside it is refused (the read functions return
+ * false and leave the result untouched), so a corrupted count or mask cannot lead to a read
+ * past the end.
+ *
+ *   byte      0                 1
+ *   bit   0 1 2 3 4 5 6 7 | 8 9 10 ...      a field of width w at position p takes bits
+ *         MSB         LSB                   p .. p+w-1, the first of them its most significant
+ */
+class Rtcm3BitReader
+{
+public:
+    Rtcm3BitReader(uint8_t const *data, std::size_t sizeBytes)
+        : mData(data)
+        , mSizeBits(sizeBytes * 8)
+    { }
+
+    std::size_t getSizeBits() const { return mSizeBits; }
+    /// Whether width bits from position lie inside the block (width 0 always does).
+    bool contains(std::size_t position, std::size_t width) const
+    {
+        return position <= mSizeBits && width <= mSizeBits - position;
+    }
+
+    /// An unsigned field of 0 to 64 bits.
+    bool readUnsigned(std::size_t position, unsigned int width, uint64_t *value) const;
+    /// A two's-complement field of 1 to 64 bits, sign-extended.
+    bool readSigned(std::size_t position, unsigned int width, int64_t *value) const;
+    /// A sign-magnitude field of 1 to 64 bits: the first bit is the sign, the others the
+    /// magnitude. A negative zero reads as 0.
+    bool readSignMagnitude(std::size_t position, unsigned int width, int64_t *value) const;
+
+private:
+    uint8_t const *mData;
+    std::size_t mSizeBits;
+};
+
+#endif // MESSAGEAPI_RTCM3_RTCM3BITREADER_H
