@@ -12,12 +12,17 @@
 
 namespace {
 
-/// Digits after the decimal point that show one step of the scale factor.
+/// Digits after the decimal point that show one step of the scale factor: those of its
+/// magnitude, and up to three more where they make the step exact (0.25, 299792.458).
 signed char precisionFor(double scale)
 {
-    if (scale >= 1.0)
-        return 0;
-    return static_cast<signed char>(std::ceil(-std::log10(scale) - 1e-9));
+    const int magnitude = scale >= 1.0 ? 0 : int(std::ceil(-std::log10(scale) - 1e-9));
+    for (int digits = magnitude; digits <= magnitude + 3; ++digits) {
+        const double steps = scale * std::pow(10.0, digits);
+        if (std::abs(steps - std::round(steps)) < 1e-9 * steps)
+            return static_cast<signed char>(digits);
+    }
+    return static_cast<signed char>(magnitude);
 }
 
 /// The index of the latest field of that name in the message type; -1 when there is none.

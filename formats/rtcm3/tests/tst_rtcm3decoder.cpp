@@ -68,6 +68,17 @@ QString fieldNames(QString const &name)
     return names.join(QLatin1Char(' '));
 }
 
+/// The precision of a field of the message type of that name; -1 when there is no such field.
+int precisionOf(QString const &message, QString const &field)
+{
+    for (MessageInfo const *info : FormatInfo::getFormatInfo(QStringLiteral("RTCM3"))
+                                       ->getMessageInfosIncludingSubMessages()) {
+        if (info->getName() == message && info->getFieldInfo(field))
+            return info->getFieldInfo(field)->getPrecision();
+    }
+    return -1;
+}
+
 // 1005 of station 7: GPS and GLONASS, X -1234.5678 m, Y 2345.6789 m, Z 0.0001 m.
 const QString station1005 = bits(1005, 12) + bits(7, 12) + bits(0, 6) + QStringLiteral("1100")
     + bits(-12345678, 38) + QStringLiteral("10") + bits(23456789, 38) + bits(2, 2) + bits(1, 38);
@@ -105,6 +116,10 @@ void tst_Rtcm3Decoder::dictionary()
              QStringLiteral("SatelliteId DF397 ExtendedInfo DF398 DF399"));
     QCOMPARE(fieldNames(QStringLiteral("1137 signal")),
              QStringLiteral("SatelliteId SignalId DF405 DF406 DF407 DF420 DF408 DF404"));
+    // Values show one whole step of their resolution: 0.0001 m, 1/16 and 1/4 dB-Hz.
+    QCOMPARE(precisionOf(QStringLiteral("1005"), QStringLiteral("DF025")), 4);
+    QCOMPARE(precisionOf(QStringLiteral("1137 signal"), QStringLiteral("DF408")), 4);
+    QCOMPARE(precisionOf(QStringLiteral("1004 satellite"), QStringLiteral("DF015")), 2);
 }
 
 void tst_Rtcm3Decoder::decoderErrors_data()
