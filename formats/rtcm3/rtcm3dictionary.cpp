@@ -92,6 +92,18 @@ Rtcm3Dictionary::Rtcm3Dictionary()
     const QVector<Rtcm3Layout::Message> layouts = Rtcm3Layout::stationMessages()
         + Rtcm3Layout::msmMessages() + Rtcm3Layout::ephemerisMessages()
         + Rtcm3Layout::legacyObservationMessages();
+    // A field of a row, appended to the message type "into"; virtual fields read their masks
+    // from "maskOwner", the enclosing message type.
+    auto addField = [this](MessageInfo *into, Rtcm3Layout::Row const &row, unsigned int bits,
+                           MessageInfo const *subMessage, MessageInfo const *maskOwner) {
+        auto *field
+            = new Rtcm3FieldInfo(QString::fromLatin1(row.name), row.encoding, bits, subMessage);
+        mFieldInfos.append(field);
+        describe(field, row);
+        linkSources(field, row, into, maskOwner);
+        into->addFieldInfo(field, into->getFieldInfos().size());
+        return field;
+    };
     for (Rtcm3Layout::Message const &layout : std::as_const(layouts)) {
         const QString number = QString::number(layout.number);
         MessageInfo *info = addMessageInfo(number, layout.title, layout.description);
@@ -104,35 +116,22 @@ Rtcm3Dictionary::Rtcm3Dictionary()
         mFormat->addMessageInfo(info);
 
         for (Rtcm3Layout::Row const &row : layout.rows) {
-            MessageInfo *groupInfo = nullptr;
-            unsigned int bits = row.bits;
-            Rtcm3Layout::Group const *group = nullptr;
-            if (row.encoding == Rtcm3FieldInfo::Group) {
-                group = &layout.groups.at(row.group);
-                groupInfo = addMessageInfo(number + QLatin1Char(' ') + QLatin1String(group->name),
-                                           QString::fromLatin1(group->title), QString());
-                groupInfo->setIsMain(false);
-                mFormat->addSubMessageInfo(groupInfo);
-                bits = 0;
-                for (Rtcm3Layout::Row const &groupRow : group->rows) {
-                    auto *groupField = new Rtcm3FieldInfo(QString::fromLatin1(groupRow.name),
-                                                          groupRow.encoding, groupRow.bits);
-                    mFieldInfos.append(groupField);
-                    describe(groupField, groupRow);
-                    groupInfo->addFieldInfo(groupField, groupInfo->getFieldInfos().size());
-                    linkSources(groupField, groupRow, groupInfo, info);
-                    if (groupField->takesBits())
-                        bits += groupRow.bits;
-                }
+            if (row.encoding != Rtcm3FieldInfo::Group) {
+                addField(info, row, row.bits, nullptr, nullptr);
+                continue;
             }
-            auto *field
-                = new Rtcm3FieldInfo(QString::fromLatin1(row.name), row.encoding, bits, groupInfo);
-            mFieldInfos.append(field);
-            describe(field, row);
-            if (group)
-                field->setColumnMajor(group->columnMajor);
-            linkSources(field, row, info, nullptr);
-            info->addFieldInfo(field, info->getFieldInfos().size());
+            Rtcm3Layout::Group const &group = layout.groups.at(row.group);
+            MessageInfo *groupInfo
+                = addMessageInfo(number + QLatin1Char(' ') + QLatin1String(group.name),
+                                 QString::fromLatin1(group.title), QString());
+            groupInfo->setIsMain(false);
+            mFormat->addSubMessageInfo(groupInfo);
+            unsigned int bits = 0;
+            for (Rtcm3Layout::Row const &groupRow : group.rows) {
+                if (addField(groupInfo, groupRow, groupRow.bits, nullptr, info)->takesBits())
+                    bits += groupRow.bits;
+            }
+            addField(info, row, bits, groupInfo, nullptr)->setColumnMajor(group.columnMajor);
         }
     }
 }
