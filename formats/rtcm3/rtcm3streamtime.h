@@ -21,14 +21,8 @@ class Message;
  * constructor. A time of week that falls back by more than half a week starts the next week,
  * so the time never steps back at a week boundary.
  *
- *   QObject::connect(decoder, &MessageSource::newMessageEarly, [&](Message const *m) {
- *       if (streamTime.processMessage(m))
- *           timeSource.setMillis(streamTime.getMillis());
- *   });
- *   QObject::connect(decoder, &MessageSource::newMessageLate, [&](Message const *m) {
- *       if (streamTime.isEndOfEpoch(m))
- *           coordinator.closeEpoch();
- *   });
+ * Rtcm3EpochClock feeds it a decoder's messages, runs a TimeSource on its time and closes the
+ * statistics' epochs.
  */
 class MESSAGEAPIRTCM3_EXPORT Rtcm3StreamTime
 {

@@ -23,9 +23,8 @@ QString captureDir()
 QByteArray readCapture(QString const &fileName)
 {
     QFile file(captureDir() + QLatin1Char('/') + fileName);
-    if (captureDir().isEmpty() || !file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
+    return !captureDir().isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                     : QByteArray();
 }
 
 QString bits(qint64 value, int width)
@@ -46,56 +45,50 @@ QByteArray run(QString const &program, QStringList const &arguments, QString con
     return process.readAllStandardOutput();
 }
 
-QByteArray frame(QByteArray const &payload)
+QByteArray frame(QString const &payloadBits)
 {
-    QByteArray result;
-    result.append(char(0xD3));
-    result.append(char((payload.size() >> 8) & 0x03));
-    result.append(char(payload.size() & 0xFF));
-    result.append(payload);
+    QByteArray result(3 + (payloadBits.size() + 7) / 8, '\0');
+    for (int i = 0; i < payloadBits.size(); ++i)
+        result[3 + i / 8]
+            = char(result.at(3 + i / 8) | (payloadBits.at(i) == QLatin1Char('1')) << (7 - i % 8));
+    result[0] = char(0xD3);
+    result[1] = char((result.size() - 3) >> 8);
+    result[2] = char(result.size() - 3);
     const uint32_t crc
         = rtcm3Crc24q(reinterpret_cast<uint8_t const *>(result.constData()), size_t(result.size()));
-    result.append(char(crc >> 16));
-    result.append(char(crc >> 8));
-    result.append(char(crc));
-    return result;
+    return result.append(char(crc >> 16)).append(char(crc >> 8)).append(char(crc));
 }
 
-QByteArray frameFromBits(QString const &bits)
-{
-    QByteArray payload;
-    int count = 0;
-    for (QChar c : bits) {
-        if (c != QLatin1Char('0') && c != QLatin1Char('1'))
-            continue;
-        if (count % 8 == 0)
-            payload.append('\0');
-        if (c == QLatin1Char('1'))
-            payload[count / 8] = char(payload.at(count / 8) | (0x80 >> (count % 8)));
-        ++count;
-    }
-    return frame(payload);
-}
-
-DecodedStream::DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input)
+DecodedStream::DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input,
+                             int chunkSize)
 {
     Rtcm3Framer framer(dictionary.getFormat(), QStringLiteral("Framer"));
     Rtcm3Decoder decoder(&dictionary, QStringLiteral("Decoder"));
-    QObject::connect(&framer, &Rtcm3Framer::frameFound, &decoder,
-                     qOverload<const uint8_t *, uint>(&Rtcm3Decoder::decodeMessage));
+    QObject::connect(&framer, &Rtcm3Framer::frameFound, [&](const uint8_t *bytes, uint length) {
+        frames.append(QString::fromLatin1(
+            QByteArray(reinterpret_cast<char const *>(bytes), int(length)).toHex()));
+        decoder.decodeMessage(bytes, length);
+    });
     QObject::connect(&decoder, &MessageSource::newMessage, [this](Message const *message) {
         message->addReference();
         messages.append(message);
     });
     QObject::connect(&decoder, &MessageSource::newUnknownMessage,
                      [this](FormatInfo const *, QString const &type) { unknown.append(type); });
-    auto record = [this](MessageApiEvent const &event) {
-        events.append(event.getTypeString() + QLatin1String(": ") + event.getMessage());
+    auto record = [this, &dictionary](MessageApiEvent const &event) {
+        events.append(
+            (event.getFormat() == dictionary.getFormat() ? QString() : QStringLiteral("?"))
+            + event.getTypeString() + QLatin1String(": ") + event.getMessage());
     };
     QObject::connect(&framer, &MessageSource::newEvent, record);
     QObject::connect(&decoder, &MessageSource::newEvent, record);
-    framer.addData(input);
+    chunkSize = chunkSize > 0 ? chunkSize : int(qMax(1, input.size()));
+    for (int offset = 0; offset < input.size(); offset += chunkSize)
+        framer.addData(input.mid(offset, chunkSize));
     framer.finish();
+    events.append(QStringLiteral("%1 foreign, %2 incomplete")
+                      .arg(framer.getForeignByteCount())
+                      .arg(framer.getIncompleteFrameByteCount()));
 }
 
 DecodedStream::~DecodedStream()
@@ -107,10 +100,8 @@ DecodedStream::~DecodedStream()
 QVector<Message const *> DecodedStream::ofNumber(int number) const
 {
     QVector<Message const *> result;
-    for (Message const *message : messages) {
-        if (message->getInfo()->getName() == QString::number(number))
-            result.append(message);
-    }
+    std::copy_if(messages.cbegin(), messages.cend(), std::back_inserter(result),
+                 [number](Message const *m) { return m->getInfo()->getName().toInt() == number; });
     return result;
 }
 

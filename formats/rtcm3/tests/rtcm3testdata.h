@@ -3,7 +3,6 @@
 #define MESSAGEAPI_RTCM3_TESTS_RTCM3TESTDATA_H
 
 #include <QByteArray>
-#include <QString>
 #include <QStringList>
 #include <QVector>
 
@@ -19,24 +18,23 @@ QString captureDir();
 QByteArray readCapture(QString const &fileName);
 /// width bits of value, most significant first.
 QString bits(qint64 value, int width);
-/// A frame around the payload: preamble, length, payload, CRC-24Q.
-QByteArray frame(QByteArray const &payload);
-/// A frame whose payload holds the bits of the text, padded with zero bits to whole bytes.
-QByteArray frameFromBits(QString const &bits);
+/// A frame around the payload bits (zero-padded to whole bytes): preamble, length, CRC-24Q.
+QByteArray frame(QString const &payloadBits);
 /// The standard output of the program, with standard input from the file when one is given.
 QByteArray run(QString const &program, QStringList const &arguments, QString const &input = {});
 
-/// A whole stream framed and decoded; each message is referenced until destruction, events are
-/// kept as "type: text".
+/// A whole stream, fed in chunks of chunkSize bytes (0: at once), framed and decoded. Messages
+/// are referenced until destruction; events are kept as "type: text", then the framer's
+/// "N foreign, M incomplete".
 struct DecodedStream
 {
-    DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input);
+    DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input, int chunkSize = 0);
     ~DecodedStream();
-    DecodedStream(DecodedStream const &) = delete;
-    DecodedStream &operator=(DecodedStream const &) = delete;
+    Q_DISABLE_COPY(DecodedStream)
 
     QVector<Message const *> ofNumber(int number) const;
 
+    QStringList frames; // in hexadecimal
     QVector<Message const *> messages;
     QStringList unknown;
     QStringList events;
@@ -52,13 +50,6 @@ FieldValue value(Message const *message, QString const &field, unsigned int inde
     do {                                                                                           \
         if (Rtcm3TestData::captureDir().isEmpty())                                                 \
             QSKIP("the RTCM 3 captures (../shared/data/rtcm beside the checkout) are absent");     \
-    } while (false)
-
-/// Skips the test when the reference decoder is not installed.
-#define RTCM3_REQUIRE_TOOL(program, package)                                                       \
-    do {                                                                                           \
-        if (QStandardPaths::findExecutable(QStringLiteral(program)).isEmpty())                     \
-            QSKIP(program " (Debian package " package ") is not installed");                       \
     } while (false)
 
 #endif // MESSAGEAPI_RTCM3_TESTS_RTCM3TESTDATA_H
