@@ -42,7 +42,11 @@ QJsonValue number(FieldInfo const *field, FieldValue const &value)
     default:
         break;
     }
-    return value.scaled(field->getScaleFactor());
+    // Rounded to the field's resolution, so that 0.0001 m steps read as such and not as the
+    // nearest binary fraction's seventeen digits.
+    const double scaled = value.scaled(field->getScaleFactor());
+    return field->hasPrecision() ? QString::number(scaled, 'f', field->getPrecision()).toDouble()
+                                 : scaled;
 }
 
 } // namespace

@@ -67,9 +67,12 @@ void MessageDump::appendText(QString &text, Message const *message, int depth) c
             + QLatin1Char('\n');
     const QVector<Message const *> subMessages = message->getSubMessages();
     for (int index = 0; index < subMessages.size(); ++index) {
-        text += indent + subMessages[index]->getInfo()->getName()
-            + QStringLiteral(" [%1]\n").arg(index + 1);
-        appendText(text, subMessages[index], depth + 1);
+        // A sub-message none of whose fields is shown is left out, heading and all.
+        QString subText;
+        appendText(subText, subMessages[index], depth + 1);
+        if (!subText.isEmpty())
+            text += indent + subMessages[index]->getInfo()->getName()
+                + QStringLiteral(" [%1]\n").arg(index + 1) + subText;
     }
 }
 
@@ -83,7 +86,7 @@ QString MessageDump::valueText(FieldInfo const *field, Message const *message, M
     for (unsigned int index = 0; index < count; ++index) {
         const FieldValue value = field->getValue(message, index);
         if (hexadecimal)
-            values.append(value.toString(false, -1, FieldValue::Hexadecimal));
+            values.append(QLatin1String("0x") + value.toString(false, -1, FieldValue::Hexadecimal));
         else if (mode == Raw)
             values.append(field->getRawString(value));
         else

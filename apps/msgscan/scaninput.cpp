@@ -16,10 +16,18 @@ namespace {
 /// the progress line responsive.
 constexpr int readChunkBytes = 65536;
 
+/// The input as events and messages name it: a caster's password left out.
+QString displayName(QString const &text)
+{
+    return text.startsWith(QLatin1String("ntrip://"), Qt::CaseInsensitive)
+        ? QUrl(text).toDisplayString(QUrl::RemovePassword)
+        : text;
+}
+
 } // namespace
 
 ScanInput::ScanInput(QString const &text, QObject *parent)
-    : MessageSource(text, parent)
+    : MessageSource(displayName(text), parent)
     , mText(text)
 {
     parse(text);
@@ -78,7 +86,7 @@ qint64 ScanInput::getSize() const
 
 QString ScanInput::getDescription() const
 {
-    return mKind == Ntrip ? mUrl.toDisplayString(QUrl::RemovePassword) : mText;
+    return getName();
 }
 
 void ScanInput::open()
@@ -226,7 +234,10 @@ void ScanInput::handleCasterAnswer()
                  ? tr("%1: no mount point given; the caster's source table:").arg(getDescription())
                  : tr("%1: the caster has no mount point %2; its source table:")
                        .arg(getDescription(), mountPoint))
-            + QLatin1Char('\n') + QString::fromUtf8(mNtripResponse.getSourceTable()).trimmed());
+            + QLatin1Char('\n')
+            + QString::fromUtf8(mNtripResponse.getSourceTable())
+                  .replace(QLatin1String("\r\n"), QLatin1String("\n"))
+                  .trimmed());
         break;
     case NtripResponse::WaitingForHeader:
     case NtripResponse::Streaming:
@@ -243,6 +254,11 @@ void ScanInput::handleSocketError()
 void ScanInput::handleSocketClosed()
 {
     if (!mConnected || mClosed)
+        return;
+    // A caster's last words (a refusal, the end of a source table) may still be unread.
+    if (mSocket->bytesAvailable() > 0)
+        handleSocketData();
+    if (mClosed)
         return;
     mConnected = false;
     if (mKind == Ntrip && mNtripResponse.getState() == NtripResponse::SourceTable) {

@@ -50,6 +50,11 @@ QByteArray NtripResponse::readHeader()
         mState = Streaming;
         return mBuffer.mid(lineEnd + 2);
     }
+    // A refusal may come without header lines, so the status line alone decides it.
+    if (!statusLine.endsWith(" 200 OK")) {
+        mState = Refused;
+        return {};
+    }
     const int headerEnd = mBuffer.indexOf("\r\n\r\n");
     if (headerEnd < 0)
         return {};
@@ -62,7 +67,7 @@ QByteArray NtripResponse::readHeader()
         mBody = rest;
         return {};
     }
-    if (!statusLine.startsWith("HTTP/1.") || !statusLine.endsWith(" 200 OK")) {
+    if (!statusLine.startsWith("HTTP/1.")) {
         mState = Refused;
         return {};
     }
