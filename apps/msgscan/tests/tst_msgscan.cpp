@@ -323,7 +323,7 @@ void tst_MsgScan::live()
     feeder.start(50);
 
     QProcess scan;
-    QSignalSpy finished(&scan, &QProcess::finished);
+    QSignalSpy finished(&scan, qOverload<int, QProcess::ExitStatus>(&QProcess::finished));
     QStringList arguments { QStringLiteral("--json"), input };
     if (!interrupt)
         arguments << QStringLiteral("--duration") << QStringLiteral("2");
