@@ -17,9 +17,14 @@ constexpr uint frameOverhead = 6; // preamble and length (3 bytes), CRC (3 bytes
 Rtcm3Decoder::Rtcm3Decoder(Rtcm3Dictionary const *dictionary, QString name, QObject *parent)
     : AbstractDecoder(std::move(name), parent)
     , mDictionary(dictionary)
+    , mByNumber(4096, nullptr)
 {
-    for (MessageInfo const *info : dictionary->getFormat()->getMessageInfos())
-        setMessageEnum(info, Rtcm3Dictionary::getNumber(info));
+    for (MessageInfo const *info : dictionary->getFormat()->getMessageInfos()) {
+        const int number = Rtcm3Dictionary::getNumber(info);
+        setMessageEnum(info, number);
+        if (number >= 0 && number < mByNumber.size())
+            mByNumber[number] = info;
+    }
 }
 
 Rtcm3Decoder::~Rtcm3Decoder() = default;
@@ -53,13 +58,16 @@ int32_t Rtcm3Decoder::decodeMessage(const uint8_t *buffer, uint maxlength)
         return -1;
     }
     const int number = int(buffer[3]) << 4 | buffer[4] >> 4;
-    const QVector<MessageInfo const *> matches
-        = getFormatInfo()->getMessageInfosForDiscriminant(FieldValue::u(quint64(number), 12));
-    if (matches.isEmpty()) {
-        Q_EMIT newUnknownMessage(getFormatInfo(), QString::number(number));
-        return int32_t(length);
+    MessageInfo const *info = mByNumber.at(number);
+    if (!info) {
+        const QVector<MessageInfo const *> matches
+            = getFormatInfo()->getMessageInfosForDiscriminant(FieldValue::u(quint64(number), 12));
+        if (matches.isEmpty()) {
+            Q_EMIT newUnknownMessage(getFormatInfo(), QString::number(number));
+            return int32_t(length);
+        }
+        info = matches.first();
     }
-    MessageInfo const *info = matches.first();
     if (!isEnabledMessage(info))
         return int32_t(length);
     QString problem;

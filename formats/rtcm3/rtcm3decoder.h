@@ -7,6 +7,7 @@
 #include "abstractdecoder.h"
 
 #include <QSet>
+#include <QVector>
 
 class Rtcm3Dictionary;
 
@@ -54,6 +55,9 @@ private:
     void reportDecoderError(QString const &text);
 
     Rtcm3Dictionary const *mDictionary;
+    /// The dictionary's message types by number, so that a frame needs no discriminant search;
+    /// types added to the format later are found through the format.
+    QVector<MessageInfo const *> mByNumber;
     QSet<int32_t> mDisabledCodes;
 };
 

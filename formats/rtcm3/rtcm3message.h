@@ -29,11 +29,11 @@ public:
     /// Where the values of one field lie.
     struct Slot
     {
-        quint64 bitOffset = 0; ///< in the payload
-        quint64 count = 0; ///< number of values (records for a group)
-        unsigned int width = 0; ///< bits of one value or record
-        quint64 value = 0; ///< a virtual field's value
-        int firstSubMessage = 0; ///< a group's first record among the sub-messages
+        quint32 bitOffset = 0; ///< in the payload (at most 8192 bits)
+        quint32 count = 0; ///< number of values (records for a group)
+        quint32 value = 0; ///< a virtual field's value
+        quint16 width = 0; ///< bits of one value or record
+        quint16 firstSubMessage = 0; ///< a group's first record among the sub-messages
     };
 
     /**

@@ -4,6 +4,7 @@
 #include "fieldinfo.h"
 #include "message.h"
 #include "messageinfo.h"
+#include "rtcm3dictionary.h"
 
 namespace {
 
@@ -15,9 +16,9 @@ constexpr qint64 galileoWeekOffset = 1024;
 constexpr qint64 mjdOfGpsEpoch = 44244;
 
 /// The unsigned value of the field; -1 when the message has no such field.
-qint64 valueOf(Message const *message, char const *name)
+qint64 valueOf(Message const *message, QString const &name)
 {
-    FieldInfo const *field = message->getInfo()->getFieldInfo(QLatin1String(name));
+    FieldInfo const *field = message->getInfo()->getFieldInfo(name);
     if (!field || field->getNumberOfValues(message) == 0)
         return -1;
     return qint64(field->getValue(message, 0).getU64());
@@ -62,27 +63,29 @@ void Rtcm3StreamTime::setTimeOfWeek(qint64 towMs)
 
 bool Rtcm3StreamTime::processMessage(Message const *message)
 {
-    const int number = message->getInfo()->getName().toInt();
+    const int number = Rtcm3Dictionary::getNumber(message->getInfo());
     const qint64 referenceWeek = mWeek;
     switch (number) {
     case 1013: {
-        const qint64 mjd = valueOf(message, "DF051");
-        const qint64 seconds = valueOf(message, "DF052");
-        mLeapSeconds = int(valueOf(message, "DF054"));
+        const qint64 mjd = valueOf(message, QStringLiteral("DF051"));
+        const qint64 seconds = valueOf(message, QStringLiteral("DF052"));
+        mLeapSeconds = int(valueOf(message, QStringLiteral("DF054")));
         const qint64 gpsMs = (mjd - mjdOfGpsEpoch) * dayMs + (seconds + mLeapSeconds) * 1000;
         if (mjd > mjdOfGpsEpoch)
             setWeek(gpsMs / weekLengthMs);
         return false;
     }
     case 1019:
-        setWeek(unwrapWeek(valueOf(message, "DF076"), 1024, referenceWeek));
+        setWeek(unwrapWeek(valueOf(message, QStringLiteral("DF076")), 1024, referenceWeek));
         return false;
     case 1042:
-        setWeek(unwrapWeek(valueOf(message, "DF489") + beidouWeekOffset, 8192, referenceWeek));
+        setWeek(unwrapWeek(valueOf(message, QStringLiteral("DF489")) + beidouWeekOffset, 8192,
+                           referenceWeek));
         return false;
     case 1045:
     case 1046:
-        setWeek(unwrapWeek(valueOf(message, "DF289") + galileoWeekOffset, 4096, referenceWeek));
+        setWeek(unwrapWeek(valueOf(message, QStringLiteral("DF289")) + galileoWeekOffset, 4096,
+                           referenceWeek));
         return false;
     default:
         break;
@@ -90,16 +93,17 @@ bool Rtcm3StreamTime::processMessage(Message const *message)
     const bool msm = number >= 1071 && number <= 1137 && number % 10 != 0 && number % 10 <= 7;
     const int system = msm ? number / 10 * 10 : 0;
     if (number >= 1001 && number <= 1004)
-        setTimeOfWeek(valueOf(message, "DF004"));
+        setTimeOfWeek(valueOf(message, QStringLiteral("DF004")));
     else if ((number >= 1009 && number <= 1012) || system == 1080) {
         // Moscow time of day; the day of week when MSM gives it, else the day of the last epoch.
-        const qint64 dayOfWeek = system == 1080 ? valueOf(message, "DF416") : 7;
-        const qint64 gpsOfDay = valueOf(message, "DF034") - 3 * 3600000 + mLeapSeconds * 1000;
+        const qint64 dayOfWeek = system == 1080 ? valueOf(message, QStringLiteral("DF416")) : 7;
+        const qint64 gpsOfDay
+            = valueOf(message, QStringLiteral("DF034")) - 3 * 3600000 + mLeapSeconds * 1000;
         const qint64 day
             = dayOfWeek < 7 ? dayOfWeek : qint64(mMillis % quint64(weekLengthMs)) / dayMs;
         setTimeOfWeek(day * dayMs + gpsOfDay);
     } else if (system == 1120) {
-        setTimeOfWeek(valueOf(message, "DF427") + 14000);
+        setTimeOfWeek(valueOf(message, QStringLiteral("DF427")) + 14000);
     } else if (system != 0) {
         // GPS, SBAS, QZSS, Galileo and NavIC: the epoch time is the third field.
         FieldInfo const *epoch = message->getInfo()->getFieldInfos().value(2);
@@ -112,10 +116,10 @@ bool Rtcm3StreamTime::processMessage(Message const *message)
 
 bool Rtcm3StreamTime::isEndOfEpoch(Message const *message)
 {
-    const int number = message->getInfo()->getName().toInt();
+    const int number = Rtcm3Dictionary::getNumber(message->getInfo());
     if (number >= 1071 && number <= 1137)
-        return valueOf(message, "DF393") == 0;
+        return valueOf(message, QStringLiteral("DF393")) == 0;
     if ((number >= 1001 && number <= 1004) || (number >= 1009 && number <= 1012))
-        return valueOf(message, "DF005") == 0;
+        return valueOf(message, QStringLiteral("DF005")) == 0;
     return false;
 }

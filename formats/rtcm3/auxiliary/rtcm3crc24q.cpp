@@ -5,28 +5,52 @@
 
 namespace {
 
-constexpr uint32_t generator = 0x1864CFB;
+// The CRC is kept in the upper 24 bits of a 32-bit register, so that eight bytes at a time can
+// be folded in with eight table lookups ("slicing by eight") instead of one dependent lookup per
+// byte.
+constexpr uint32_t generator = 0x864CFB00;
 
-constexpr std::array<uint32_t, 256> makeTable()
+using Tables = std::array<std::array<uint32_t, 256>, 8>;
+
+constexpr Tables makeTables()
 {
-    std::array<uint32_t, 256> table {};
+    Tables tables {};
     for (uint32_t byte = 0; byte < 256; ++byte) {
-        uint32_t crc = byte << 16;
+        uint32_t crc = byte << 24;
         for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 0x800000) ? ((crc << 1) ^ generator) : (crc << 1);
-        table[byte] = crc & 0xFFFFFF;
+            crc = (crc & 0x80000000u) ? ((crc << 1) ^ generator) : (crc << 1);
+        tables[0][byte] = crc;
     }
-    return table;
+    // tables[k][b]: the register after b followed by k zero bytes.
+    for (std::size_t k = 1; k < 8; ++k) {
+        for (uint32_t byte = 0; byte < 256; ++byte) {
+            const uint32_t previous = tables[k - 1][byte];
+            tables[k][byte] = (previous << 8) ^ tables[0][previous >> 24];
+        }
+    }
+    return tables;
 }
 
-constexpr std::array<uint32_t, 256> table = makeTable();
+constexpr Tables tables = makeTables();
+
+inline uint32_t bigEndian32(uint8_t const *data)
+{
+    return uint32_t(data[0]) << 24 | uint32_t(data[1]) << 16 | uint32_t(data[2]) << 8 | data[3];
+}
 
 } // namespace
 
 uint32_t rtcm3Crc24q(uint8_t const *data, std::size_t length)
 {
     uint32_t crc = 0;
-    for (std::size_t i = 0; i < length; ++i)
-        crc = ((crc << 8) & 0xFFFFFF) ^ table[((crc >> 16) ^ data[i]) & 0xFF];
-    return crc;
+    for (; length >= 8; data += 8, length -= 8) {
+        const uint32_t high = crc ^ bigEndian32(data);
+        const uint32_t low = bigEndian32(data + 4);
+        crc = tables[7][high >> 24] ^ tables[6][(high >> 16) & 0xFF] ^ tables[5][(high >> 8) & 0xFF]
+            ^ tables[4][high & 0xFF] ^ tables[3][low >> 24] ^ tables[2][(low >> 16) & 0xFF]
+            ^ tables[1][(low >> 8) & 0xFF] ^ tables[0][low & 0xFF];
+    }
+    for (; length > 0; ++data, --length)
+        crc = (crc << 8) ^ tables[0][(crc >> 24) ^ *data];
+    return crc >> 8;
 }

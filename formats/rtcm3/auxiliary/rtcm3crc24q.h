@@ -7,8 +7,7 @@
 
 /**
  * CRC-24Q (generator 0x1864CFB, initial value 0, no reflection, no final XOR), the check value
- * that closes every RTCM 3 frame. Computed with a 256-entry table, one byte per step; kept in
- * this one function so that a faster computation can replace it without touching its callers.
+ * that closes every RTCM 3 frame. Computed eight bytes per step with eight 256-entry tables.
  */
 uint32_t rtcm3Crc24q(uint8_t const *data, std::size_t length);
 
