@@ -52,4 +52,11 @@ FieldValue value(Message const *message, QString const &field, unsigned int inde
             QSKIP("the RTCM 3 captures (../shared/data/rtcm beside the checkout) are absent");     \
     } while (false)
 
+/// Skips the test when a program that it runs is not installed.
+#define RTCM3_REQUIRE_TOOL(program, package)                                                       \
+    do {                                                                                           \
+        if (QStandardPaths::findExecutable(QStringLiteral(program)).isEmpty())                     \
+            QSKIP(program " (Debian package " package ") is not installed");                       \
+    } while (false)
+
 #endif // MESSAGEAPI_RTCM3_TESTS_RTCM3TESTDATA_H

@@ -106,9 +106,8 @@ void tst_Rtcm3Truth::gpsdecode()
     QFETCH(QString, file);
     QFETCH(QByteArray, frames);
 
+    RTCM3_REQUIRE_TOOL("gpsdecode", "gpsd-clients");
     const QString gpsdecode = QStandardPaths::findExecutable(QStringLiteral("gpsdecode"));
-    if (gpsdecode.isEmpty())
-        QSKIP("gpsdecode (Debian package gpsd-clients) is not installed");
     QTemporaryDir dir;
     if (file.isEmpty()) {
         file = dir.filePath(QStringLiteral("frames.rtcm3"));
@@ -264,8 +263,7 @@ void tst_Rtcm3Truth::convbinObservations()
     QFETCH(QList<int>, types);
 
     RTCM3_REQUIRE_CAPTURES();
-    if (QStandardPaths::findExecutable(QStringLiteral("convbin")).isEmpty())
-        QSKIP("convbin (Debian package rtklib) is not installed");
+    RTCM3_REQUIRE_TOOL("convbin", "rtklib");
     QTemporaryDir dir;
     const QString rinex = dir.filePath(QStringLiteral("observations.obs"));
     Rtcm3TestData::run(QStringLiteral("convbin"),
@@ -431,8 +429,7 @@ void tst_Rtcm3Truth::convbinNavigation()
     QFETCH(QString, record);
 
     RTCM3_REQUIRE_CAPTURES();
-    if (QStandardPaths::findExecutable(QStringLiteral("convbin")).isEmpty())
-        QSKIP("convbin (Debian package rtklib) is not installed");
+    RTCM3_REQUIRE_TOOL("convbin", "rtklib");
     // Weeks in RTCM 3 are modulo 1024 and the like, so convbin needs the stream's date: that of
     // dropped-packets' first 1013 (MJD 58311, 85030 s).
     const QString file = QStringLiteral("dropped-packets.rtcm3");
