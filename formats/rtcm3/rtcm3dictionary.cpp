@@ -101,7 +101,9 @@ Rtcm3Dictionary::Rtcm3Dictionary()
         mFieldInfos.append(field);
         describe(field, row);
         linkSources(field, row, into, maskOwner);
-        into->addFieldInfo(field, into->getFieldInfos().size());
+        const int index = into->getFieldInfos().size();
+        into->addFieldInfo(field, index);
+        field->setHome(into, index);
         return field;
     };
     for (Rtcm3Layout::Message const &layout : std::as_const(layouts)) {
@@ -112,6 +114,7 @@ Rtcm3Dictionary::Rtcm3Dictionary()
         messageNumber->setShortDescriptiveText(QStringLiteral("Message number"));
         mFieldInfos.append(messageNumber);
         info->addFieldInfo(messageNumber, 0);
+        messageNumber->setHome(info, 0);
         info->addDiscriminantValue(messageNumber, FieldValue::u(quint64(layout.number), 12));
         mFormat->addMessageInfo(info);
 

@@ -58,6 +58,12 @@ void Rtcm3FieldInfo::setMaskSources(int first, int second, int third)
     mMaskSources[2] = third;
 }
 
+void Rtcm3FieldInfo::setHome(MessageInfo const *info, int index)
+{
+    mHomeInfo = info;
+    mHomeIndex = index;
+}
+
 bool Rtcm3FieldInfo::isPresent(Message const *message) const
 {
     return getNumberOfValues(message) > 0;
@@ -65,14 +71,14 @@ bool Rtcm3FieldInfo::isPresent(Message const *message) const
 
 unsigned int Rtcm3FieldInfo::getNumberOfValues(Message const *message) const
 {
-    auto const *rtcm = dynamic_cast<Rtcm3Message const *>(message);
+    Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
     Rtcm3Message::Slot const *slot = rtcm ? rtcm->getSlot(this) : nullptr;
     return slot ? unsigned(slot->count) : 0u;
 }
 
 FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) const
 {
-    auto const *rtcm = dynamic_cast<Rtcm3Message const *>(message);
+    Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
     Rtcm3Message::Slot const *slot = rtcm ? rtcm->getSlot(this) : nullptr;
     if (!slot || index >= slot->count)
         return FieldValue::invalid();

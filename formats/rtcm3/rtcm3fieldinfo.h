@@ -79,6 +79,12 @@ public:
     /// (a mask; or the satellite, signal and cell masks of MSM).
     void setMaskSources(int first, int second = -1, int third = -1);
     int getMaskSource(int which) const { return mMaskSources[which]; }
+    /// The message type the dictionary laid this field out in, and its index there: a message
+    /// of that type finds the field's values without a search. Other message types that the
+    /// field is added to are found through the message type.
+    void setHome(MessageInfo const *info, int index);
+    MessageInfo const *getHomeInfo() const { return mHomeInfo; }
+    int getHomeIndex() const { return mHomeIndex; }
 
 private:
     Encoding mEncoding;
@@ -88,6 +94,8 @@ private:
     int mWidthMasks[2] = { -1, -1 };
     int mMaskSources[3] = { -1, -1, -1 };
     bool mColumnMajor = false;
+    MessageInfo const *mHomeInfo = nullptr;
+    int mHomeIndex = -1;
 };
 
 #endif // MESSAGEAPI_RTCM3_RTCM3FIELDINFO_H

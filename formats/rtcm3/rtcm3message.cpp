@@ -20,20 +20,6 @@ int countBits(quint64 value)
     return count;
 }
 
-/// The 1-based position, counted from the most significant of width bits, of the n-th
-/// (0-based) set bit of mask; 0 when the mask has fewer set bits.
-quint64 positionOfSetBit(quint64 mask, unsigned int width, quint64 n)
-{
-    for (unsigned int position = 0; position < width; ++position) {
-        if ((mask >> (width - 1 - position)) & 1) {
-            if (n == 0)
-                return position + 1;
-            --n;
-        }
-    }
-    return 0;
-}
-
 Rtcm3FieldInfo const *rtcm3Field(FieldInfo const *field)
 {
     return static_cast<Rtcm3FieldInfo const *>(field);
@@ -74,10 +60,10 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, QByteArray const &fr
         Slot &slot = slots[i];
         slot.count = 1;
         if (field->getCount() == Rtcm3FieldInfo::CountField)
-            slot.count = valueOf(field->getCountSource());
+            slot.count = quint16(valueOf(field->getCountSource()));
         else if (field->getCount() == Rtcm3FieldInfo::MaskBits)
-            slot.count = quint64(countBits(valueOf(field->getCountSource())));
-        slot.width = field->getBitWidth();
+            slot.count = quint16(countBits(valueOf(field->getCountSource())));
+        slot.width = quint16(field->getBitWidth());
         if (field->hasWidthFromMasks()) {
             const int cells = countBits(valueOf(field->getWidthMask(0)))
                 * countBits(valueOf(field->getWidthMask(1)));
@@ -85,12 +71,12 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, QByteArray const &fr
                 *problem = tr("%1 of %2 bits exceeds 64 bits").arg(field->getName()).arg(cells);
                 return nullptr;
             }
-            slot.width = unsigned(cells);
+            slot.width = quint16(cells);
         }
         if (!field->takesBits())
             continue;
-        slot.bitOffset = position;
-        const quint64 bits = slot.count * slot.width;
+        slot.bitOffset = quint16(position);
+        const quint64 bits = quint64(slot.count) * slot.width;
         if (!reader.contains(position, bits)) {
             *problem = slot.count == 1
                 ? tr("%1 (%2 bits at bit %3) overruns the payload of %4 bits")
@@ -123,9 +109,10 @@ uint8_t const *Rtcm3Message::getRawRepresentation() const
 
 Rtcm3Message::Slot const *Rtcm3Message::getSlot(Rtcm3FieldInfo const *field) const
 {
-    const int index = field->getIndexInMessageInfo(getInfo());
-    return index >= 0 && index < mSlots.size() && field->occursIn(getInfo()) ? &mSlots[index]
-                                                                             : nullptr;
+    const int index = field->getHomeInfo() == getInfo() ? field->getHomeIndex()
+        : field->occursIn(getInfo())                    ? field->getIndexInMessageInfo(getInfo())
+                                                        : -1;
+    return index >= 0 && index < mSlots.size() ? &mSlots[index] : nullptr;
 }
 
 Message const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned int index) const
@@ -171,69 +158,70 @@ void Rtcm3Message::makeSubMessages() const
         return;
     mHasSubMessages = true;
     const QVector<FieldInfo const *> fields = getInfo()->getFieldInfos();
+    // The 1-based positions of the set bits of each mask, read once for all records.
+    QVector<QVector<quint8>> setBits(mSlots.size());
+    QVector<bool> maskRead(mSlots.size(), false);
+    auto positions = [&](int index) -> QVector<quint8> const & {
+        static const QVector<quint8> none;
+        if (index < 0 || index >= mSlots.size())
+            return none;
+        if (!maskRead[index]) {
+            maskRead[index] = true;
+            const quint64 mask = readUnsigned(mSlots[index]);
+            const unsigned int width = mSlots[index].width;
+            for (unsigned int position = 0; position < width; ++position) {
+                if ((mask >> (width - 1 - position)) & 1)
+                    setBits[index].append(quint8(position + 1));
+            }
+        }
+        return setBits[index];
+    };
     for (int i = 0; i < fields.size() && i < mSlots.size(); ++i) {
         Rtcm3FieldInfo const *field = rtcm3Field(fields[i]);
         if (!field->isGroup())
             continue;
         Slot &slot = const_cast<Slot &>(mSlots[i]);
-        slot.firstSubMessage = mSubMessages.size();
-        for (quint64 record = 0; record < slot.count; ++record) {
-            auto *message = new Rtcm3Message(field->getType().getSubMessageInfo(), mFrame,
-                                             recordSlots(field, slot, record));
+        slot.firstSubMessage = quint16(mSubMessages.size());
+        MessageInfo const *recordInfo = field->getType().getSubMessageInfo();
+        const QVector<FieldInfo const *> recordFields = recordInfo->getFieldInfos();
+        mSubMessages.reserve(mSubMessages.size() + slot.count);
+        for (quint16 record = 0; record < slot.count; ++record) {
+            QVector<Slot> slots(recordFields.size());
+            quint32 before = 0; // bits of the record's fields before this one
+            for (int f = 0; f < recordFields.size(); ++f) {
+                Rtcm3FieldInfo const *recordField = rtcm3Field(recordFields[f]);
+                Slot &own = slots[f];
+                own.count = 1;
+                own.width = quint16(recordField->getBitWidth());
+                switch (recordField->getEncoding()) {
+                case Rtcm3FieldInfo::MaskPosition:
+                    own.value = positions(recordField->getMaskSource(0)).value(record);
+                    continue;
+                case Rtcm3FieldInfo::CellSatellite:
+                case Rtcm3FieldInfo::CellSignal: {
+                    // Cell mask bits run signal by signal within satellite by satellite.
+                    const int signalCount = positions(recordField->getMaskSource(1)).size();
+                    const int cell = positions(recordField->getMaskSource(2)).value(record);
+                    if (cell == 0 || signalCount == 0)
+                        continue;
+                    own.value = recordField->getEncoding() == Rtcm3FieldInfo::CellSatellite
+                        ? positions(recordField->getMaskSource(0)).value((cell - 1) / signalCount)
+                        : positions(recordField->getMaskSource(1)).value((cell - 1) % signalCount);
+                    continue;
+                }
+                default:
+                    break;
+                }
+                own.bitOffset
+                    = quint16(field->isColumnMajor()
+                                  ? slot.bitOffset + slot.count * before + record * own.width
+                                  : slot.bitOffset + record * slot.width + before);
+                before += own.width;
+            }
+            auto *message = new Rtcm3Message(recordInfo, mFrame, std::move(slots));
             message->setParentMessage(const_cast<Rtcm3Message *>(this));
             message->addReference();
             mSubMessages.append(message);
         }
     }
-}
-
-QVector<Rtcm3Message::Slot> Rtcm3Message::recordSlots(Rtcm3FieldInfo const *group, Slot const &slot,
-                                                      quint64 record) const
-{
-    const QVector<FieldInfo const *> fields = group->getType().getSubMessageInfo()->getFieldInfos();
-    QVector<Slot> slots(fields.size());
-    auto maskValue = [this](int index) {
-        return index >= 0 && index < mSlots.size() ? readUnsigned(mSlots[index]) : 0;
-    };
-    auto maskWidth = [this](int index) {
-        return index >= 0 && index < mSlots.size() ? mSlots[index].width : 0u;
-    };
-    quint64 before = 0; // bits of the record's fields before this one
-    for (int i = 0; i < fields.size(); ++i) {
-        Rtcm3FieldInfo const *field = rtcm3Field(fields[i]);
-        Slot &own = slots[i];
-        own.count = 1;
-        own.width = field->getBitWidth();
-        switch (field->getEncoding()) {
-        case Rtcm3FieldInfo::MaskPosition: {
-            const int mask = field->getMaskSource(0);
-            own.value = positionOfSetBit(maskValue(mask), maskWidth(mask), record);
-            continue;
-        }
-        case Rtcm3FieldInfo::CellSatellite:
-        case Rtcm3FieldInfo::CellSignal: {
-            // Cell mask bits run signal by signal within satellite by satellite.
-            const int satellites = field->getMaskSource(0);
-            const int signalMask = field->getMaskSource(1);
-            const int cells = field->getMaskSource(2);
-            const quint64 signalCount = quint64(countBits(maskValue(signalMask)));
-            const quint64 cell = positionOfSetBit(maskValue(cells), maskWidth(cells), record);
-            if (cell == 0 || signalCount == 0)
-                continue;
-            own.value = field->getEncoding() == Rtcm3FieldInfo::CellSatellite
-                ? positionOfSetBit(maskValue(satellites), maskWidth(satellites),
-                                   (cell - 1) / signalCount)
-                : positionOfSetBit(maskValue(signalMask), maskWidth(signalMask),
-                                   (cell - 1) % signalCount);
-            continue;
-        }
-        default:
-            break;
-        }
-        own.bitOffset = group->isColumnMajor()
-            ? slot.bitOffset + slot.count * before + record * own.width
-            : slot.bitOffset + record * slot.width + before;
-        before += own.width;
-    }
-    return slots;
 }

@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QVector>
 
+#include <typeinfo>
+
 class Rtcm3FieldInfo;
 
 /**
@@ -21,7 +23,7 @@ class Rtcm3FieldInfo;
  * message type's group fields and then of the records; each has this message as parent and
  * shares its frame. The message owns them.
  */
-class MESSAGEAPIRTCM3_EXPORT Rtcm3Message : public Message
+class MESSAGEAPIRTCM3_EXPORT Rtcm3Message final : public Message
 {
     Q_DECLARE_TR_FUNCTIONS(Rtcm3Message)
 
@@ -29,12 +31,22 @@ public:
     /// Where the values of one field lie.
     struct Slot
     {
-        quint32 bitOffset = 0; ///< in the payload (at most 8192 bits)
-        quint32 count = 0; ///< number of values (records for a group)
-        quint32 value = 0; ///< a virtual field's value
+        quint16 bitOffset = 0; ///< in the payload (at most 8184 bits)
+        quint16 count = 0; ///< number of values (records for a group)
         quint16 width = 0; ///< bits of one value or record
-        quint16 firstSubMessage = 0; ///< a group's first record among the sub-messages
+        union {
+            quint16 value = 0; ///< a virtual field's value
+            quint16 firstSubMessage; ///< a group's first record among the sub-messages
+        };
     };
+
+    /// The message as an RTCM 3 message; null when it is another kind of message.
+    static Rtcm3Message const *cast(Message const *message)
+    {
+        return message && typeid(*message) == typeid(Rtcm3Message)
+            ? static_cast<Rtcm3Message const *>(message)
+            : nullptr;
+    }
 
     /**
      * Lays the message type out over the frame. Returns null when the payload is too short for
@@ -64,8 +76,6 @@ protected:
 private:
     Rtcm3Message(MessageInfo const *info, QByteArray frame, QVector<Slot> slots);
     void makeSubMessages() const;
-    /// The record's slots in a group of the given slot.
-    QVector<Slot> recordSlots(Rtcm3FieldInfo const *group, Slot const &slot, quint64 record) const;
     quint64 readUnsigned(Slot const &slot) const;
 
     QByteArray mFrame;

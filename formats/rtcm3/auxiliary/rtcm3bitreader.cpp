@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "rtcm3bitreader.h"
 
-bool Rtcm3BitReader::readUnsigned(std::size_t position, unsigned int width, uint64_t *value) const
+bool Rtcm3BitReader::readByBytes(std::size_t position, unsigned int width, uint64_t *value) const
 {
-    if (width > 64 || !contains(position, width))
-        return false;
     uint64_t result = 0;
     std::size_t bit = position;
     unsigned int left = width;

@@ -32,7 +32,21 @@ public:
     }
 
     /// An unsigned field of 0 to 64 bits.
-    bool readUnsigned(std::size_t position, unsigned int width, uint64_t *value) const;
+    bool readUnsigned(std::size_t position, unsigned int width, uint64_t *value) const
+    {
+        if (width > 64 || !contains(position, width))
+            return false;
+        // Most fields lie within eight bytes that the block holds: one big-endian load.
+        const std::size_t byte = position / 8;
+        const unsigned int skip = unsigned(position % 8);
+        if (width == 0 || skip + width > 64 || byte + 8 > mSizeBits / 8)
+            return readByBytes(position, width, value);
+        uint64_t word = 0;
+        for (std::size_t i = 0; i < 8; ++i)
+            word = word << 8 | mData[byte + i];
+        *value = (word << skip) >> (64 - width);
+        return true;
+    }
     /// A two's-complement field of 1 to 64 bits, sign-extended.
     bool readSigned(std::size_t position, unsigned int width, int64_t *value) const;
     /// A sign-magnitude field of 1 to 64 bits: the first bit is the sign, the others the
@@ -40,6 +54,9 @@ public:
     bool readSignMagnitude(std::size_t position, unsigned int width, int64_t *value) const;
 
 private:
+    /// readUnsigned() byte by byte, for fields near the end of the block or spanning 9 bytes.
+    bool readByBytes(std::size_t position, unsigned int width, uint64_t *value) const;
+
     uint8_t const *mData;
     std::size_t mSizeBits;
 };
