@@ -12,6 +12,8 @@
 namespace {
 
 constexpr int defaultUpdateIntervalMs = 250;
+/// Longer intervals are the stream's time moving to another week, not a message rate.
+constexpr long long maxIntervalMs = 7LL * 24 * 3600 * 1000;
 
 QString const &noValue()
 {
@@ -74,14 +76,14 @@ StatisticsTableModel::Row StatisticsTableModel::readRow(MessageStatistics const 
 
     // The histogram holds an interval for each message (the first one's is taken from those
     // that follow it), so the messages over the sum of their intervals is the type's rate.
-    // Intervals of zero or less (time standing still or going back) tell no rate.
+    // Intervals of zero or less (time standing still or going back) and week steps tell no rate.
     const QHash<long long, unsigned int> histogram = statistics->getIntervalCountHash();
     long long intervalCount = 0;
     long long totalMillis = 0;
     long long regular = 0;
     unsigned int regularCount = 0;
     for (auto it = histogram.cbegin(); it != histogram.cend(); ++it) {
-        if (it.key() <= 0 || it.value() == 0)
+        if (it.key() <= 0 || it.key() >= maxIntervalMs || it.value() == 0)
             continue;
         intervalCount += it.value();
         totalMillis += it.key() * it.value();
