@@ -136,7 +136,7 @@ MonitorWindow::MonitorWindow(Rtcm3Dictionary const *dictionary, QWidget *parent)
     auto *top = new QSplitter(Qt::Horizontal);
     top->addWidget(box(tr("Messages"), mStatisticsView));
     top->addWidget(createDictionaryPanel());
-    top->setSizes({ 900, 600 });
+    top->setSizes({ 1010, 490 });
     auto *middle = new QSplitter(Qt::Horizontal);
     mFieldsBox = box(tr("Last message"), mFieldsView);
     mFieldsBox->setObjectName(QStringLiteral("fieldsBox"));
