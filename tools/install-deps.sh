@@ -6,9 +6,10 @@ set -euo pipefail
 # gpsd-clients (gpsdecode) and rtklib (convbin) are independent RTCM 3 decoders that the
 # format library's tests compare with; msgscan reads sockets and serial ports (Qt Network is in
 # qtbase, Qt SerialPort apart), and its tests serve streams with rtklib's str2str and make
-# serial port pairs with socat.
+# serial port pairs with socat. msgmonitor's window (Qt Widgets, in qtbase) is tested and
+# pictured without a display, with fonts it finds through fontconfig.
 packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev
-    libqt5serialport5-dev qt6-serialport-dev gpsd-clients rtklib socat "$@")
+    libqt5serialport5-dev qt6-serialport-dev gpsd-clients rtklib socat fonts-dejavu-core "$@")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \

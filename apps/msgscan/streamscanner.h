@@ -51,6 +51,8 @@ public:
     Rtcm3Framer const &getFramer() const { return mFramer; }
     MessageStatisticsCoordinator const &getCoordinator() const { return mCoordinator; }
     QList<EventLog::Entry> getEventLogEntries() const { return mEventLog->getEntries(); }
+    /// The log itself, for views that follow it as it grows.
+    EventLog *getEventLog() const { return mEventLog; }
     /// The statistics of every message type seen, by format and message number.
     QList<MessageStatistics const *> getMessageStatistics() const;
     /// The interval that currently repeats (two or more times), or 0.
