@@ -7,8 +7,8 @@ void Rtcm3BitWriter::writeUnsigned(uint64_t value, unsigned int width)
         if (mSizeBits % 8 == 0)
             mBytes.append('\0');
         if ((value >> (bit - 1)) & 1) {
-            char &byte = mBytes[int(mSizeBits / 8)];
-            byte = char(uint8_t(byte) | (0x80u >> (mSizeBits % 8)));
+            const int at = int(mSizeBits / 8);
+            mBytes[at] = char(uint8_t(mBytes.at(at)) | (0x80u >> (mSizeBits % 8)));
         }
         ++mSizeBits;
     }
