@@ -271,9 +271,6 @@ Rtcm3Encoder &Rtcm3Encoder::addRecord(QString const &groupField)
                tr("%1 of %2 is not a group of records").arg(groupField, mInfo->getName()));
     }
     auto &records = mRecords[std::size_t(i)];
-    if (records.size() >= maxValues)
-        refuse("addRecord",
-               tr("%1 of %2 has no room for more records").arg(groupField, mInfo->getName()));
     records.push_back(std::make_unique<Rtcm3Encoder>(field->getType().getSubMessageInfo()));
     return *records.back();
 }
@@ -285,7 +282,6 @@ void Rtcm3Encoder::resolve(Resolved *resolved) const
     const int fieldCount = mValues.size();
     QVector<quint64> derived(fieldCount, 0);
     QVector<bool> isDerived(fieldCount, false);
-    QVector<Rtcm3FieldInfo const *> cellFields; // per group: its CellSatellite field, if any
 
     // Masks from the records' positions: the satellites and signals of MSM, 1230's signals.
     for (int i = 0; i < fieldCount; ++i) {

@@ -49,7 +49,7 @@ class MESSAGEAPIRTCM3_EXPORT Rtcm3Encoder
 public:
     /// info: a message type or record type of the dictionary, which must outlive the encoder.
     explicit Rtcm3Encoder(MessageInfo const *info);
-    /// Takes every value and record of a decoded message and the bytes that follow its fields,
+    /// Takes every value and record of a decoded Rtcm3Message and the bytes that follow its fields,
     /// so that encode() gives its frame back.
     explicit Rtcm3Encoder(Message const *message);
     ~Rtcm3Encoder();

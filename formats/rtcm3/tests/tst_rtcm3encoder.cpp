@@ -293,6 +293,9 @@ void tst_Rtcm3Encoder::refusals_data()
            })
         << QStringLiteral("Rtcm3Encoder::setText: \u0100 does not fit DF030 of 1007 "
                           "(characters of 8 bits)");
+    QTest::newRow("text into a number")
+        << 1005 << Build([=](Rtcm3Encoder &e) { e.setText(df003, QStringLiteral("A")); })
+        << QStringLiteral("Rtcm3Encoder::setText: DF003 of 1005 is not a text");
     QTest::newRow("records of a single field")
         << 1005 << Build([=](Rtcm3Encoder &e) { e.addRecord(df003); })
         << QStringLiteral("Rtcm3Encoder::addRecord: DF003 of 1005 is not a group of records");
