@@ -64,6 +64,7 @@ class tst_MsgScan : public QObject
 private Q_SLOTS:
     void captures_data();
     void captures();
+    void bundledStream();
     void dump_data();
     void dump();
     void errors_data();
@@ -128,6 +129,38 @@ void tst_MsgScan::captures()
     const QJsonObject expectedStation = QJsonDocument::fromJson(station.toUtf8()).object();
     QVERIFY2(report[QLatin1String("station")].toObject() == expectedStation,
              QJsonDocument(report[QLatin1String("station")].toObject()).toJson().constData());
+}
+
+void tst_MsgScan::bundledStream()
+{
+    // What examples/data/station.rtcm3.md says the stream holds: the frame counts, the damaged
+    // 1019, 291 bytes outside frames, 1087 lost for three epochs from 2026-01-04 00:02:00 GPS
+    // time (week 2400, 120 s), and 1230 every 10 s, then every 5 s.
+    const Run run = runScan({ QStringLiteral("--json"), QStringLiteral(MSGSCAN_STATION_STREAM) });
+    QCOMPARE(run.exitCode, 0);
+    const QJsonObject report = QJsonDocument::fromJson(run.out).object();
+    QCOMPARE(countsOf(report),
+             QStringLiteral("1005:60 1019:10 1020:9 1033:60 1077:600 1087:597 1097:600 1127:600 "
+                            "1230:100"));
+    QCOMPARE(report[QLatin1String("frames")].toInt(), 2636);
+    QCOMPARE(report[QLatin1String("bytesOutsideFrames")].toInt(), 291);
+    QCOMPARE(report[QLatin1String("crcErrors")].toInt(), 1);
+    QStringList gaps;
+    QJsonObject intervals1230;
+    for (QJsonValue const &message : report[QLatin1String("messages")].toArray()) {
+        const QString name = message[QLatin1String("message")].toString();
+        for (QJsonValue const &gap : message[QLatin1String("gaps")].toArray())
+            gaps.append(
+                name + QLatin1Char(' ')
+                + QString::fromUtf8(QJsonDocument(gap.toObject()).toJson(QJsonDocument::Compact)));
+        if (name == QLatin1String("1230"))
+            intervals1230 = message[QLatin1String("intervals")].toObject();
+    }
+    QCOMPARE(gaps.join(QLatin1Char('\n')),
+             QStringLiteral(R"(1087 {"intervalMillis":1000,"missingEpochs":3,)"
+                            R"("startMillis":1451520120000})"));
+    QCOMPARE(QJsonDocument(intervals1230).toJson(QJsonDocument::Compact),
+             QByteArray(R"({"10000":20,"5000":79})"));
 }
 
 void tst_MsgScan::dump_data()
