@@ -73,7 +73,8 @@ int main(int argc, char *argv[])
         QCoreApplication::translate(
             "main",
             "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
-            "the stream tells its week; today by default."),
+            "the stream tells its week; by default the week that a file's first messages "
+            "tell, else today."),
         QStringLiteral("date"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
@@ -110,7 +111,8 @@ int main(int argc, char *argv[])
 
     Rtcm3Dictionary dictionary;
     MonitorWindow window(&dictionary);
-    window.setFallbackDate(date);
+    if (parser.isSet(dateOption))
+        window.setFallbackDate(date);
     window.setReconnectSeconds(reconnect);
     window.setInput(input);
     if (!screenshot.isEmpty()) {

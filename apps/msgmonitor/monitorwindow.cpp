@@ -3,6 +3,7 @@
 
 #include "intervalchart.h"
 #include "monitorsession.h"
+#include "streamscanner.h"
 
 #include <dictionarytreemodel.h>
 #include <eventlogmodel.h>
@@ -242,8 +243,10 @@ void MonitorWindow::start()
     mEventLogModel->setEventLog(nullptr);
     mSelectedInfo = nullptr;
     mSelectedName.clear();
-    mSession = std::make_unique<MonitorSession>(mDictionary, getInput(), mFallbackDate,
-                                                mReconnectSeconds);
+    const QDate date = mFallbackDate.isValid()
+        ? mFallbackDate
+        : StreamScanner::getStreamDate(mDictionary, getInput(), QDate::currentDate());
+    mSession = std::make_unique<MonitorSession>(mDictionary, getInput(), date, mReconnectSeconds);
     if (!mSession->getUsageError().isEmpty()) {
         showError(mSession->getUsageError());
         Q_EMIT scanFailed(mSession->getUsageError());

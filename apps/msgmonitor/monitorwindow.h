@@ -49,6 +49,8 @@ public:
     void setInput(QString const &input);
     QString getInput() const;
     /// The date whose GPS week the stream's times fall in until the stream tells its week.
+    /// The date whose GPS week the stream's times fall in until the stream tells its week; when
+    /// none is set, the week a file's first messages tell, else today.
     void setFallbackDate(QDate date) { mFallbackDate = date; }
     void setReconnectSeconds(int seconds) { mReconnectSeconds = seconds; }
     /// The current run, or null before the first start.
@@ -87,7 +89,7 @@ private:
 
     Rtcm3Dictionary const *mDictionary;
     std::unique_ptr<MonitorSession> mSession;
-    QDate mFallbackDate = QDate::currentDate();
+    QDate mFallbackDate; // invalid: not set
     int mReconnectSeconds = 10;
 
     PathExpression mExpression;

@@ -83,7 +83,8 @@ int main(int argc, char *argv[])
         QCoreApplication::translate(
             "main",
             "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
-            "the stream tells its week; today by default."),
+            "the stream tells its week; by default the week that a file's first messages "
+            "tell, else today."),
         QStringLiteral("date"));
     parser.addOptions({ jsonOption, dumpOption, rawOption, hexOption, durationOption,
                         reconnectOption, dateOption });
@@ -130,7 +131,10 @@ int main(int argc, char *argv[])
     if (!input.getUsageError().isEmpty())
         return usageError(input.getUsageError());
     input.setReconnectSeconds(reconnect);
-    StreamScanner scanner(&dictionary, positional.first(), date);
+    StreamScanner scanner(&dictionary, positional.first(),
+                          parser.isSet(dateOption) ? date
+                                                   : StreamScanner::getStreamDate(
+                                                       &dictionary, positional.first(), date));
     scanner.addEventSource(&input);
     QObject::connect(&input, &ScanInput::dataReceived, &scanner, &StreamScanner::addData);
     const bool json = parser.isSet(jsonOption);

@@ -9,6 +9,8 @@
 #include <messageinfo.h>
 #include <messagestatistics.h>
 
+#include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
@@ -73,6 +75,41 @@ StreamScanner::~StreamScanner()
 {
     for (Message const *message : qAsConst(mStationMessages))
         message->removeReference();
+}
+
+QDate StreamScanner::getStreamDate(Rtcm3Dictionary const *dictionary, QString const &input,
+                                   QDate fallbackDate)
+{
+    QFile file(input);
+    if (!QFileInfo(input).isFile() || !file.open(QIODevice::ReadOnly))
+        return fallbackDate;
+    Rtcm3Framer framer(dictionary->getFormat(), QStringLiteral("framer"));
+    Rtcm3Decoder decoder(dictionary, QStringLiteral("decoder"));
+    Rtcm3StreamTime time(fallbackDate);
+    connect(&framer, &Rtcm3Framer::frameFound, &decoder,
+            qOverload<const uint8_t *, uint>(&Rtcm3Decoder::decodeMessage));
+    // The epochs before the stream tells its week are timed in the fallback week; how long they
+    // lasted takes the first epoch back from the first time in the stream's own week.
+    quint64 first = 0;
+    quint64 last = 0;
+    quint64 firstInStreamWeek = 0;
+    connect(&decoder, &MessageSource::newMessage, [&](Message const *message) {
+        if (!time.processMessage(message) || firstInStreamWeek != 0)
+            return;
+        if (time.hasWeekFromStream())
+            firstInStreamWeek = time.getMillis();
+        else
+            last = time.getMillis();
+        first = first == 0 ? last : first;
+    });
+    constexpr qint64 chunk = 65536;
+    for (qint64 read = 0; read < 4 * 1024 * 1024 && firstInStreamWeek == 0 && !file.atEnd();
+         read += chunk)
+        framer.addData(file.read(chunk));
+    if (firstInStreamWeek == 0)
+        return fallbackDate;
+    constexpr quint64 dayMs = 86400000;
+    return QDate(1980, 1, 6).addDays(qint64((firstInStreamWeek - (last - first)) / dayMs));
 }
 
 void StreamScanner::addData(QByteArray const &bytes)

@@ -40,6 +40,15 @@ public:
                   QDate fallbackDate = QDate::currentDate(), QObject *parent = nullptr);
     ~StreamScanner() override;
 
+    /**
+     * The date in the GPS week that a file's own messages give (a 1013's date, an ephemeris'
+     * week), read from its first 4 MiB, so that a recorded stream is timed in its own week from
+     * its first message instead of jumping there from fallbackDate's week when the stream tells
+     * it. fallbackDate when the input is no regular file or tells no week so early.
+     */
+    static QDate getStreamDate(Rtcm3Dictionary const *dictionary, QString const &input,
+                               QDate fallbackDate);
+
     /// Logs the source's events (a connection's) with the decoder's.
     void addEventSource(MessageSource *source) { mMultiplexer.addSource(source); }
 
