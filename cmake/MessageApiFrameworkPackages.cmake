@@ -2,7 +2,7 @@
 #   runtime      libmessageapiframework15      the library, libfw, the licence, the catalogues
 #   rtcm3        libmessageapirtcm3-1          the RTCM 3 format library
 #   development  libmessageapiframework-dev    headers, CMake package, pkg-config files
-#   programs     messageapiframework-tools     the programs of apps/
+#   programs     messageapiframework-tools     the programs of apps/ and their item models
 # A new part of the project joins a package by naming its component in its install() rules.
 # Dependencies on Qt and the C++ runtime come from dpkg-shlibdeps, those between the packages
 # from the component dependencies below.
@@ -26,7 +26,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # So that dpkg-shlibdeps finds the project's own libraries, which no installed package holds.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
-    ${PROJECT_BINARY_DIR}/platform/fw ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/formats/rtcm3)
+    ${PROJECT_BINARY_DIR}/platform/fw ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/formats/rtcm3
+    ${PROJECT_BINARY_DIR}/apps/models)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 
@@ -59,7 +60,9 @@ Headers of libmessageapiframework and libmessageapirtcm3, the CMake package
 MessageApiFramework and the pkg-config files messageapiframework and messageapirtcm3.")
 set(CPACK_DEBIAN_PROGRAMS_DESCRIPTION "GNSS stream tools built on libmessageapiframework
 msgscan tells what is in an RTCM 3 stream (a file, standard input, a TCP server, an
-NTRIP caster or a serial port): message rates, gaps, errors and where the station is.")
+NTRIP caster or a serial port): message rates, gaps, errors and where the station is.
+msgmonitor shows the same in a window, live: statistics, the dictionary, the last
+message of a type, intervals and gaps, and the event log.")
 
 include(CPack)
 

@@ -2,6 +2,44 @@
 <!DOCTYPE TS>
 <TS version="2.1">
 <context>
+    <name>DictionaryTreeModel</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Scale factor</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>EventLogModel</name>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>FieldInfo</name>
     <message>
         <source>Unknown unit enum value %1</source>
@@ -13,6 +51,33 @@
     </message>
     <message>
         <source>N/A</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>IntervalChart</name>
+    <message>
+        <source>Select a message type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Intervals of %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No intervals yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gaps over time: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No gaps</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -59,6 +124,39 @@
     </message>
 </context>
 <context>
+    <name>MessageFieldsModel</name>
+    <message>
+        <source>(confidential)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>... (%n values)</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raw</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hexadecimal</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MessageSource</name>
     <message>
         <source>%1 connection opened</source>
@@ -85,6 +183,85 @@
     </message>
     <message>
         <source>%1 Hz</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MonitorWindow</name>
+    <message>
+        <source>msgmonitor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file, -, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint or serial:///dev/ttyUSB0?baud=115200</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last message</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Intervals and gaps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Event log</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enter an input and press Start.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dictionary</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (%2): %3 bytes, %4 frames, %5 bytes outside frames, %6 CRC errors</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last message: %1 %2 %3</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -182,6 +359,81 @@
     </message>
 </context>
 <context>
+    <name>Rtcm3Encoder</name>
+    <message>
+        <source>characters of 8 bits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>two&apos;s complement</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sign-magnitude</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unsigned</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2 bits: %3 to %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has no field %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 has no value %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 does not fit %2 of %3 (%4)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 is not a text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 is not a group of records</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2 of a record of %3 does not fit the %4 bits of %5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 is %3 but its records give %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 would take %3 bits; it has at most 64</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>two records of %1 in %2 take the same place in the masks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 has %3 bits set but %4 has %5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 values in %2 of %3 do not fit %4 (%5)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 is %3 but %4 has %5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the payload of %1 takes %2 bytes; a frame holds at most %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Rtcm3Framer</name>
     <message>
         <source> of %1</source>
@@ -263,6 +515,69 @@
     </message>
     <message>
         <source>%1: the caster closed the connection without an answer</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsTableModel</name>
+    <message>
+        <source>(unknown)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Regular interval</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last interval</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Regular now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gaps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Missing epochs</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -433,6 +748,30 @@
     </message>
     <message>
         <source>bad --date %1: not a date YYYY-MM-DD</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Try &apos;msgmonitor --help&apos; for more information.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shows an RTCM 3 stream as it arrives: its messages, rates, gaps, fields and events.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A file, - for standard input, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint or serial:///dev/ttyUSB0?baud=115200; the bundled station stream when none is given.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a picture of the window to this PNG file when the input (a file) has ended, then quit.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no input given, and no bundled stream found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>file</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -2,6 +2,44 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>DictionaryTreeModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Scale factor</source>
+        <translation>Skalenfaktor</translation>
+    </message>
+</context>
+<context>
+    <name>EventLogModel</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
     <name>FieldInfo</name>
     <message>
         <source>Unknown unit enum value %1</source>
@@ -14,6 +52,33 @@
     <message>
         <source>N/A</source>
         <translation>n. v.</translation>
+    </message>
+</context>
+<context>
+    <name>IntervalChart</name>
+    <message>
+        <source>Select a message type</source>
+        <translation>Einen Nachrichtentyp auswählen</translation>
+    </message>
+    <message>
+        <source>Intervals of %1</source>
+        <translation>Intervalle von %1</translation>
+    </message>
+    <message>
+        <source>No intervals yet</source>
+        <translation>Noch keine Intervalle</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>Gaps over time: %1</source>
+        <translation>Lücken im Zeitverlauf: %1</translation>
+    </message>
+    <message>
+        <source>No gaps</source>
+        <translation>Keine Lücken</translation>
     </message>
 </context>
 <context>
@@ -59,6 +124,40 @@
     </message>
 </context>
 <context>
+    <name>MessageFieldsModel</name>
+    <message>
+        <source>(confidential)</source>
+        <translation>(vertraulich)</translation>
+    </message>
+    <message numerus="yes">
+        <source>... (%n values)</source>
+        <translation>
+            <numerusform>... (%n Wert)</numerusform>
+            <numerusform>... (%n Werte)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Raw</source>
+        <translation>Rohwert</translation>
+    </message>
+    <message>
+        <source>Hexadecimal</source>
+        <translation>Hexadezimal</translation>
+    </message>
+</context>
+<context>
     <name>MessageSource</name>
     <message>
         <source>%1 connection opened</source>
@@ -86,6 +185,85 @@
     <message>
         <source>%1 Hz</source>
         <translation>%1 Hz</translation>
+    </message>
+</context>
+<context>
+    <name>MonitorWindow</name>
+    <message>
+        <source>msgmonitor</source>
+        <translation>msgmonitor</translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Input:</source>
+        <translation>Eingabe:</translation>
+    </message>
+    <message>
+        <source>file, -, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint or serial:///dev/ttyUSB0?baud=115200</source>
+        <translation>Datei, -, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint oder serial:///dev/ttyUSB0?baud=115200</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Starten</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Last message</source>
+        <translation>Letzte Nachricht</translation>
+    </message>
+    <message>
+        <source>Intervals and gaps</source>
+        <translation>Intervalle und Lücken</translation>
+    </message>
+    <message>
+        <source>Event log</source>
+        <translation>Ereignisprotokoll</translation>
+    </message>
+    <message>
+        <source>Enter an input and press Start.</source>
+        <translation>Eine Eingabe angeben und Starten drücken.</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Dictionary</source>
+        <translation>Wörterbuch</translation>
+    </message>
+    <message>
+        <source>reading</source>
+        <translation>liest</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>%1 (%2): %3 bytes, %4 frames, %5 bytes outside frames, %6 CRC errors</source>
+        <translation>%1 (%2): %3 Bytes, %4 Rahmen, %5 Bytes außerhalb von Rahmen, %6 CRC-Fehler</translation>
+    </message>
+    <message>
+        <source>Last message: %1 %2 %3</source>
+        <translation>Letzte Nachricht: %1 %2 %3</translation>
     </message>
 </context>
 <context>
@@ -182,6 +360,81 @@
     </message>
 </context>
 <context>
+    <name>Rtcm3Encoder</name>
+    <message>
+        <source>characters of 8 bits</source>
+        <translation>Zeichen zu 8 Bit</translation>
+    </message>
+    <message>
+        <source>two&apos;s complement</source>
+        <translation>Zweierkomplement</translation>
+    </message>
+    <message>
+        <source>sign-magnitude</source>
+        <translation>Vorzeichen und Betrag</translation>
+    </message>
+    <message>
+        <source>unsigned</source>
+        <translation>vorzeichenlos</translation>
+    </message>
+    <message>
+        <source>%1, %2 bits: %3 to %4</source>
+        <translation>%1, %2 Bit: %3 bis %4</translation>
+    </message>
+    <message>
+        <source>%1 has no field %2</source>
+        <translation>%1 hat kein Feld %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2 has no value %3</source>
+        <translation>%1 von %2 hat keinen Wert %3</translation>
+    </message>
+    <message>
+        <source>%1 does not fit %2 of %3 (%4)</source>
+        <translation>%1 passt nicht in %2 von %3 (%4)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 is not a text</source>
+        <translation>%1 von %2 ist kein Text</translation>
+    </message>
+    <message>
+        <source>%1 of %2 is not a group of records</source>
+        <translation>%1 von %2 ist keine Gruppe von Datensätzen</translation>
+    </message>
+    <message>
+        <source>%1 %2 of a record of %3 does not fit the %4 bits of %5</source>
+        <translation>%1 %2 eines Datensatzes von %3 passt nicht in die %4 Bit von %5</translation>
+    </message>
+    <message>
+        <source>%1 of %2 is %3 but its records give %4</source>
+        <translation>%1 von %2 ist %3, die Datensätze ergeben aber %4</translation>
+    </message>
+    <message>
+        <source>%1 of %2 would take %3 bits; it has at most 64</source>
+        <translation>%1 von %2 bräuchte %3 Bit; es hat höchstens 64</translation>
+    </message>
+    <message>
+        <source>two records of %1 in %2 take the same place in the masks</source>
+        <translation>zwei Datensätze von %1 in %2 belegen dieselbe Stelle in den Masken</translation>
+    </message>
+    <message>
+        <source>%1 of %2 has %3 bits set but %4 has %5</source>
+        <translation>in %1 von %2 sind %3 Bit gesetzt, %4 hat aber %5</translation>
+    </message>
+    <message>
+        <source>%1 values in %2 of %3 do not fit %4 (%5)</source>
+        <translation>%1 Werte in %2 von %3 passen nicht in %4 (%5)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 is %3 but %4 has %5</source>
+        <translation>%1 von %2 ist %3, %4 hat aber %5</translation>
+    </message>
+    <message>
+        <source>the payload of %1 takes %2 bytes; a frame holds at most %3</source>
+        <translation>die Nutzdaten von %1 belegen %2 Bytes; ein Rahmen fasst höchstens %3</translation>
+    </message>
+</context>
+<context>
     <name>Rtcm3Framer</name>
     <message>
         <source> of %1</source>
@@ -264,6 +517,69 @@
     <message>
         <source>%1: the caster closed the connection without an answer</source>
         <translation>%1: Der Caster hat die Verbindung ohne Antwort geschlossen</translation>
+    </message>
+</context>
+<context>
+    <name>StatisticsTableModel</name>
+    <message>
+        <source>(unknown)</source>
+        <translation>(unbekannt)</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Nachricht</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Rate</source>
+        <translation>Rate</translation>
+    </message>
+    <message>
+        <source>Regular interval</source>
+        <translation>Regelintervall</translation>
+    </message>
+    <message>
+        <source>Last interval</source>
+        <translation>Letztes Intervall</translation>
+    </message>
+    <message>
+        <source>Regular now</source>
+        <translation>Jetzt regelmäßig</translation>
+    </message>
+    <message>
+        <source>Gaps</source>
+        <translation>Lücken</translation>
+    </message>
+    <message>
+        <source>Missing epochs</source>
+        <translation>Fehlende Epochen</translation>
     </message>
 </context>
 <context>
@@ -434,6 +750,30 @@
     <message>
         <source>bad --date %1: not a date YYYY-MM-DD</source>
         <translation>ungültiges Datum für --date %1: kein Datum der Form JJJJ-MM-TT</translation>
+    </message>
+    <message>
+        <source>Try &apos;msgmonitor --help&apos; for more information.</source>
+        <translation>Weitere Informationen mit &apos;msgmonitor --help&apos;.</translation>
+    </message>
+    <message>
+        <source>Shows an RTCM 3 stream as it arrives: its messages, rates, gaps, fields and events.</source>
+        <translation>Zeigt einen RTCM-3-Datenstrom, während er eintrifft: seine Nachrichten, Raten, Lücken, Felder und Ereignisse.</translation>
+    </message>
+    <message>
+        <source>A file, - for standard input, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint or serial:///dev/ttyUSB0?baud=115200; the bundled station stream when none is given.</source>
+        <translation>Eine Datei, - für die Standardeingabe, tcp://host:port, ntrip://[user:password@]host[:port]/mountpoint oder serial:///dev/ttyUSB0?baud=115200; ohne Angabe der mitgelieferte Datenstrom einer Referenzstation.</translation>
+    </message>
+    <message>
+        <source>Write a picture of the window to this PNG file when the input (a file) has ended, then quit.</source>
+        <translation>Ein Bild des Fensters in diese PNG-Datei schreiben, wenn die Eingabe (eine Datei) zu Ende ist, dann beenden.</translation>
+    </message>
+    <message>
+        <source>no input given, and no bundled stream found</source>
+        <translation>keine Eingabe angegeben und kein mitgelieferter Datenstrom gefunden</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
     </message>
 </context>
 </TS>

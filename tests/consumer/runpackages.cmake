@@ -52,6 +52,7 @@ endif()
 if(PROGRAMS)
     expect_depends(messageapiframework-tools "libmessageapirtcm3-1 \\(= ")
     expect_depends(messageapiframework-tools "libqt${QT_MAJOR}network")
+    expect_depends(messageapiframework-tools "libqt${QT_MAJOR}widgets")
 endif()
 
 execute_process(
