@@ -723,10 +723,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The UTC date (YYYY-MM-DD) whose GPS week the stream&apos;s times fall in until the stream tells its week; today by default.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>date</source>
         <translation type="unfinished"></translation>
     </message>
@@ -772,6 +768,10 @@
     </message>
     <message>
         <source>file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The UTC date (YYYY-MM-DD) whose GPS week the stream&apos;s times fall in until the stream tells its week; by default the week that a file&apos;s first messages tell, else today.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

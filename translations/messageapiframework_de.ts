@@ -724,10 +724,6 @@
         <translation>Eine abgebrochene Eingabe nach so vielen Sekunden neu verbinden.</translation>
     </message>
     <message>
-        <source>The UTC date (YYYY-MM-DD) whose GPS week the stream&apos;s times fall in until the stream tells its week; today by default.</source>
-        <translation>Das UTC-Datum (JJJJ-MM-TT), in dessen GPS-Woche die Zeiten des Datenstroms liegen, bis der Datenstrom seine Woche selbst angibt; standardmäßig heute.</translation>
-    </message>
-    <message>
         <source>date</source>
         <translation>Datum</translation>
     </message>
@@ -774,6 +770,10 @@
     <message>
         <source>file</source>
         <translation>Datei</translation>
+    </message>
+    <message>
+        <source>The UTC date (YYYY-MM-DD) whose GPS week the stream&apos;s times fall in until the stream tells its week; by default the week that a file&apos;s first messages tell, else today.</source>
+        <translation>Das UTC-Datum (JJJJ-MM-TT), in dessen GPS-Woche die Zeiten des Datenstroms liegen, bis der Datenstrom seine Woche selbst angibt; standardmäßig die Woche, die die ersten Nachrichten einer Datei angeben, sonst heute.</translation>
     </message>
 </context>
 </TS>
