@@ -30,6 +30,7 @@ class MESSAGEAPIFRAMEWORK_EXPORT AbstractDecoder : public MessageSource
     Q_OBJECT
 
 public:
+    /// name identifies the decoder in event texts.
     AbstractDecoder(QString name, QObject *parent);
     ~AbstractDecoder() override;
 
@@ -45,18 +46,25 @@ public:
     virtual FormatInfo const *getFormatInfo() const = 0;
     /// Drops any partly decoded state, as after a break in the stream.
     virtual void reset() = 0;
+    /// Switches decoding of the message type with the decoder's code on or off, or tells
+    /// whether it is on.
+    ///@{
     virtual void enableMessageCode(int32_t code) = 0;
     virtual void disableMessageCode(int32_t code) = 0;
     virtual bool isEnabledMessageCode(int32_t code) const = 0;
+    ///@}
 
     /// Enters or replaces the decoder's code for the message type.
     void setMessageEnum(MessageInfo const *info, int code);
     /// The code entered for the message type, or -1 when there is none.
     int getMessageEnum(MessageInfo const *info) const;
 
+    /// The operations on codes for a message type, through its code (see setMessageEnum()).
+    ///@{
     void enableMessage(MessageInfo const *info);
     void disableMessage(MessageInfo const *info);
     bool isEnabledMessage(MessageInfo const *info) const;
+    ///@}
 
 public Q_SLOTS:
     /// Decodes the whole array through decodeMessage(const uint8_t*, uint) and returns its result.

@@ -38,6 +38,8 @@ public:
     struct Entry
     {
         Entry() = default;
+        /// The event at the time.
+        ///@{
         Entry(QDateTime time, MessageApiEvent const &event)
             : time(std::move(time))
             , event(event)
@@ -46,9 +48,10 @@ public:
             : time(std::move(time))
             , event(std::move(event))
         { }
+        ///@}
 
-        QDateTime time;
-        MessageApiEvent event;
+        QDateTime time; ///< when the event was logged
+        MessageApiEvent event; ///< what happened
     };
 
     /// Without a time source, entries are stamped with the computer's local time.
@@ -63,12 +66,16 @@ public:
     QList<Entry> getEntries() const { return mEntries; }
 
 public Q_SLOTS:
+    /// Logs the event unless its text has reached the repeat limit; emits newEntry() when
+    /// logged.
     void processEvent(MessageApiEvent event);
     /// Empties the entries and the repeat counts, then emits cleared().
     void clear();
 
 Q_SIGNALS:
+    /// The entries were emptied by clear().
     void cleared();
+    /// An entry was appended.
     void newEntry(EventLog::Entry entry);
 
 private:

@@ -107,21 +107,22 @@ public:
     /// One row of the unit table.
     struct UnitData
     {
-        Unit unit = NoUnit;
+        Unit unit = NoUnit; ///< the unit this row describes
         QString identifier; ///< compact name matched by setUnit, e.g. "meterpersecond"
         QString singularText; ///< e.g. "meter/second"
-        QString pluralText;
+        QString pluralText; ///< e.g. "meters/second"
         QString symbol; ///< written with values, e.g. "m/s"
-        bool symbolAfterValue = false;
+        bool symbolAfterValue = false; ///< whether the symbol follows the value
     };
 
     /// A symbolic text and the value it names.
     struct Value
     {
-        QString text;
-        FieldValue value;
+        QString text; ///< shown instead of the value, e.g. "GPS"
+        FieldValue value; ///< the raw value it stands for
     };
 
+    /// A field of no message yet, with no unit, scale factor 1.0 and no precision.
     FieldInfo(QString name, FieldType const &type);
     virtual ~FieldInfo();
 
@@ -141,43 +142,82 @@ public:
     /// The value a new message holds in this field.
     virtual FieldValue getDefaultValue() const = 0;
 
+    /// The name, unique within its message types: path expressions and look-ups use it.
     QString getName() const { return mName; }
+    /// The kind and size of the field's values.
     FieldType const &getType() const { return mType; }
+    /// A label that tools show beside the name ("Antenna reference point ECEF-X").
+    ///@{
     QString getShortDescriptiveText() const { return mShortDescriptiveText; }
     void setShortDescriptiveText(QString text);
+    ///@}
+    /// A sentence or more that tools show as help.
+    ///@{
     QString getDescriptiveText() const { return mDescriptiveText; }
     void setDescriptiveText(QString text);
+    ///@}
 
+    /// Whether a message may lack the field (false at first).
+    ///@{
     bool isOptional() const { return mIsOptional; }
     void setIsOptional(bool isOptional);
+    ///@}
+    /// Whether the field may hold more than one value (false at first).
+    ///@{
     bool isRepeated() const { return mIsRepeated; }
     void setIsRepeated(bool isRepeated);
+    ///@}
+    /// Whether the value is derived rather than stored in the message's bytes (false at first).
+    ///@{
     bool isVirtual() const { return mIsVirtual; }
     void setVirtual(bool isVirtual);
-    /// Whether the value may be shown is decided by MessageApi, not here.
+    ///@}
+    /// Whether the value is confidential (false at first). Whether it may be shown is decided
+    /// by MessageApi, not here.
+    ///@{
     bool isConfidential() const { return mIsConfidential; }
     void setConfidential(bool isConfidential);
+    ///@}
 
+    /// The role the dictionary builder gave the field; hasRole() is false until one is set.
+    ///@{
     Role getRole() const { return mRole; }
     bool hasRole() const { return mHasRole; }
     void setRole(Role role);
+    ///@}
 
+    /// The physical value of one unit of the raw value (1.0 at first); the interpreted value
+    /// is the raw value times this factor.
+    ///@{
     double getScaleFactor() const { return mScaleFactor; }
+    ///@}
     /// True when the factor is not exactly 1.0.
     bool hasScaleFactor() const;
+    /// Sets the factor by which raw values are multiplied for display.
     void setScaleFactor(double scaleFactor);
+    /// Digits after the decimal point of interpreted values; -1 (at first) for the default.
+    ///@{
     signed char getPrecision() const { return mPrecision; }
+    ///@}
     /// True when the precision is not -1.
     bool hasPrecision() const;
+    /// Sets the digits after the decimal point of interpreted values; -1 for the default.
     void setPrecision(signed char precision);
+    /// How raw values are rendered: natural (at first), hexadecimal or decimal.
+    ///@{
     FieldValue::RepresentationMode getRepresentationMode() const { return mRepresentationMode; }
+    ///@}
     /// True when the mode is not Natural.
     bool hasRepresentationMode() const;
+    /// Sets how raw values are rendered.
     void setRepresentationMode(FieldValue::RepresentationMode mode);
 
     // Units.
+    /// The unit of interpreted values; NoUnit (at first) when the field has none.
+    ///@{
     Unit getUnit() const { return mUnit; }
     bool hasUnit() const { return mUnit != NoUnit; }
+    ///@}
     /**
      * Sets the unit from its identifier ("meterpersecond"). An unknown identifier gives two
      * warnings and a new table row whose texts are the identifier itself, but leaves this
@@ -187,6 +227,7 @@ public:
     /// The unit's symbol, or its singular name; "unknown unit" (and a warning) for a value not
     /// in the table.
     static QString unitToString(Unit const &unit, bool abbreviated);
+    /// unitToString() of the field's unit.
     QString getUnitString(bool abbreviated) const;
     /// Fills the unit table on the first call; later calls return at once.
     static void ensureExplicitUnits();
@@ -194,31 +235,49 @@ public:
     static QHash<Unit, UnitData> sUnitToUnitDataMap;
 
     // Do-not-use value.
+    /// The raw value that stands for "not available" (none at first); interpreted strings
+    /// show getDoNotUseString() instead of it.
+    ///@{
     bool hasDoNotUseValue() const { return mHasDoNotUseValue; }
     FieldValue const &getDoNotUseValue() const { return mDoNotUseValue; }
     void setDoNotUseValue(FieldValue const &value);
+    ///@}
+    /// Whether the field has a do-not-use value and value equals it.
     bool isDoNotUseValue(FieldValue const &value) const;
     /// "N/A", translated on each call.
     QString getDoNotUseString() const;
 
     // Membership in messages; called by MessageInfo::addFieldInfo and removeFieldInfo.
+    /// Records that the field belongs to message at index, or forgets it.
+    ///@{
     void addMessageInfo(MessageInfo *message, int index);
     void removeMessageInfo(MessageInfo *message);
+    ///@}
     /// The index stored for the message, also after the field left it; -1 when none.
     int getIndexInMessageInfo(MessageInfo const *message) const;
+    /// Whether the field belongs to the message type.
     bool occursIn(MessageInfo const *message) const;
+    /// The message types the field belongs to, in order of addition.
+    ///@{
     QVector<MessageInfo *> getMessageInfos();
     QVector<MessageInfo const *> getMessageInfos() const;
+    ///@}
 
     // Sub-fields.
+    /// The fields that make up this one, in order of addition; each has this field as parent.
+    ///@{
     void addSubFieldInfo(FieldInfo *subField);
     void removeSubFieldInfo(FieldInfo *subField);
     QVector<FieldInfo *> getSubFieldInfos();
     QVector<FieldInfo const *> getSubFieldInfos() const;
     bool hasSubFieldInfos() const;
+    ///@}
+    /// The field this one is a sub-field of, or null.
+    ///@{
     FieldInfo *getParentFieldInfo() { return mParentFieldInfo; }
     FieldInfo const *getParentFieldInfo() const { return mParentFieldInfo; }
     bool hasParentFieldInfo() const { return mParentFieldInfo != nullptr; }
+    ///@}
 
     // Symbolic values.
     /// Adds a symbolic text for a value; a later text for the same value replaces the earlier.

@@ -32,13 +32,20 @@ public:
         Invalid = 255 ///< no type: the type of an invalid value
     };
 
+    /// A type of the kind and size; nothing is checked.
     FieldType(BasisType type, unsigned int bitSize);
     /// A sub-message type of the given message type (null is kept as given); bit size 0.
     explicit FieldType(MessageInfo const *info);
+    /// Copies kind, size and sub-message type.
+    ///@{
     FieldType(FieldType const &other);
-    ~FieldType();
     FieldType &operator=(FieldType const &other) = default;
+    ///@}
+    ~FieldType();
 
+    /// The types of the kinds: unsigned and signed integers of a size, floats of 32 and 64
+    /// bits, 8-bit characters and bytes, no type, a sub-message of a message type.
+    ///@{
     static FieldType u(unsigned char bits);
     static FieldType i(unsigned char bits);
     static FieldType f32();
@@ -48,7 +55,9 @@ public:
     static FieldType byte();
     static FieldType invalid();
     static FieldType subMessage(MessageInfo const *info);
+    ///@}
 
+    /// The kind of value.
     BasisType getBasisType() const { return mBasisType; }
     /// Size in bits; 0 for SubMessage and Invalid.
     unsigned int getBitSize() const { return mBitSize; }
@@ -56,8 +65,10 @@ public:
     MessageInfo const *getSubMessageInfo() const { return mSubMessageInfo; }
 
     /// Equal when kind, bit size and sub-message type all agree.
+    ///@{
     bool operator==(FieldType const &other) const;
     bool operator!=(FieldType const &other) const;
+    ///@}
 
     /// Long description, e.g. "Unsigned integer on 8 bits"; "Unknown type" for an unused kind.
     QString toString() const;

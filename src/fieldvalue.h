@@ -46,22 +46,32 @@ public:
     FieldValue();
     /// A value of the given type with all payload bits zero.
     explicit FieldValue(FieldType const &type);
+    /// Copies type and payload.
     FieldValue(FieldValue const &other);
     ~FieldValue();
     /// Copies type and payload; reports nothing to the allocation tracer.
     FieldValue &operator=(FieldValue const &other);
 
-    /// v is not checked against bits; checkRange() is the check.
+    /// An unsigned or signed integer of the size; v is not checked against bits, checkRange()
+    /// is the check.
+    ///@{
     static FieldValue u(unsigned long long v, unsigned char bits);
     static FieldValue i(long long v, unsigned char bits);
+    ///@}
+    /// Values of the other kinds: floats, characters, bytes.
+    ///@{
     static FieldValue f32(float v);
     static FieldValue f64(double v);
     static FieldValue ch(char c);
     static FieldValue nch(char c);
     static FieldValue byte(unsigned char b);
+    ///@}
     /// m must not be null: its message type becomes the value's sub-message type.
+    ///@{
     static FieldValue subMessage(Message const *m);
     static FieldValue subMessage(Message *m);
+    ///@}
+    /// A value of no type: what a field gives for a value it does not have.
     static FieldValue invalid();
 
     /**
@@ -71,7 +81,9 @@ public:
      */
     template <typename T> static FieldValue value(FieldType const &type, T const &v);
 
+    /// The kind and size of the value.
     FieldType const &getType() const { return mType; }
+    /// Whether the value has a type: false for invalid().
     bool isValid() const { return mType.getBasisType() != FieldType::Invalid; }
     /// Whether the value fits its bit size (integers only; other kinds always fit).
     bool checkRange() const;
@@ -82,13 +94,18 @@ public:
     /// unsigned short, short, signed char, unsigned char, double and float.
     template <typename T> T get() const;
 
+    /// get() of the widest types, for readability.
+    ///@{
     unsigned long long getU64() const;
     long long getI64() const;
     double getF64() const;
     float getF32() const;
+    ///@}
     /// The character of a Char or NChar value.
     char getChar() const;
+    /// The byte of a Byte value.
     unsigned char getByte() const;
+    /// The message of a sub-message value.
     Message const *getSubMessage() const;
 
     /// The value as a number times factor; throws for characters, bytes, sub-messages and
@@ -116,6 +133,8 @@ private:
     uint64_t mPayload;
 };
 
+/// @cond
+// The specializations that the library defines, declared for the compiler only.
 template <>
 FieldValue FieldValue::value<Message const *>(FieldType const &type, Message const *const &m);
 
@@ -129,6 +148,7 @@ template <> signed char FieldValue::get<signed char>() const;
 template <> unsigned char FieldValue::get<unsigned char>() const;
 template <> double FieldValue::get<double>() const;
 template <> float FieldValue::get<float>() const;
+/// @endcond
 
 inline unsigned long long FieldValue::getU64() const
 {

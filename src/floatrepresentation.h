@@ -24,8 +24,10 @@ public:
 
     /// Formats one number: through the default locale of the first localized call when
     /// localized, else plainly ("." and no grouping).
+    ///@{
     static QString getString(double value, char format, int precision, bool localized);
     static QString getString(float value, char format, int precision, bool localized);
+    ///@}
 
     static char format; ///< 'f', 'e' or 'g'; initially 'f'
     static int floatPrecision; ///< for single precision; -1 keeps the caller's; initially 6

@@ -26,6 +26,7 @@ class MessageInfo;
 class MESSAGEAPIFRAMEWORK_EXPORT FormatInfo
 {
 public:
+    /// Enters the format into the process-wide registry under name.
     explicit FormatInfo(QString name);
     virtual ~FormatInfo();
 
@@ -34,9 +35,13 @@ public:
     /// Every live format, in construction order.
     static QVector<FormatInfo const *> getFormatInfos();
 
+    /// The name under which the format is registered ("RTCM3").
     QString getName() const { return mName; }
+    /// A sentence or more that tools show as help.
+    ///@{
     QString getDescriptiveText() const { return mDescriptiveText; }
     void setDescriptiveText(QString text);
+    ///@}
 
     /// Adds a top-level message type: listed, found by name and by discriminant.
     void addMessageInfo(MessageInfo const *info);
@@ -61,6 +66,7 @@ public:
      */
     QVector<MessageInfo const *>
     getMessageInfosForDiscriminant(QVector<FieldValue> const &values) const;
+    /// The message types for a header of one value.
     QVector<MessageInfo const *> getMessageInfosForDiscriminant(FieldValue const &value) const;
 
     /// Every live format in construction order.

@@ -22,18 +22,25 @@ class MessageInfo;
 class MESSAGEAPIFRAMEWORK_EXPORT Message : public ReferenceCountedObject
 {
 public:
+    /// A message of the type, with no parent; its reference count is 0.
     explicit Message(MessageInfo const *info);
     ~Message() override;
 
+    /// The message type.
     MessageInfo const *getInfo() const { return mInfo; }
+    /// The enclosing message of a sub-message, or null.
+    ///@{
     Message *getParentMessage() { return mParentMessage; }
     Message const *getParentMessage() const { return mParentMessage; }
+    ///@}
     /// Stores the enclosing message; no reference count changes.
     void setParentMessage(Message *parent) { mParentMessage = parent; }
 
     /// The sub-messages; empty unless a concrete message with sub-messages overrides both.
+    ///@{
     virtual QVector<Message const *> getSubMessages() const;
     virtual QVector<Message *> getSubMessages();
+    ///@}
     /// Number of bytes at the raw representation.
     virtual unsigned int getRawSize() const = 0;
 

@@ -14,9 +14,12 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageApi
 public:
     MessageApi() = delete;
 
+    /// Allows confidential values to be shown, for the rest of the process.
     static void enableConfidentialInformationDisplay();
+    /// Whether confidential values may be shown.
     static bool confidentialInformationDisplayEnabled();
 
+    /// The switch itself (false at first).
     static bool sConfidentialInformationDisplayEnabled;
 };
 

@@ -37,22 +37,29 @@ public:
 
     /// An empty event of type ConnectionOpened; only for Qt's meta-type system.
     MessageApiEvent();
+    /// An event of the type with its text and the format it concerns (may be null).
     MessageApiEvent(Type type, QString message, FormatInfo const *format);
+    /// Copies type, text and format, and reports to the allocation tracer.
     MessageApiEvent(MessageApiEvent const &other);
     /// Takes the text over instead of sharing it, and reports like every constructor. The
     /// moved-from event keeps its type and format; its text is left empty.
     MessageApiEvent(MessageApiEvent &&other);
     ~MessageApiEvent();
+    /// Copies type, text and format.
     MessageApiEvent &operator=(MessageApiEvent const &other) = default;
 
+    /// What kind of event it is.
     Type getType() const { return mType; }
+    /// The text that says what happened.
     QString getMessage() const { return mMessage; }
+    /// The format the event concerns, or null.
     FormatInfo const *getFormat() const { return mFormat; }
 
     /// True for the types CrcError to ClientError; false for the others and unknown values.
     bool isError() const;
     /// "Connection Opened" … "Client Error"; a null string for a value outside 0 to 6.
     static QString getTypeString(Type type);
+    /// getTypeString() of this event's type.
     QString getTypeString() const;
 
     /// Puts "[Event discarded in future:] " in front of the text, every time it is called.

@@ -28,32 +28,45 @@ public:
     /// A closed range of discriminant values; a single value has low == high.
     struct DiscriminantValueRange
     {
-        FieldValue low;
-        FieldValue high;
+        FieldValue low; ///< the smallest value accepted
+        FieldValue high; ///< the largest value accepted
     };
 
     /// The accepted values of one header field, at one position of the discriminant lookup.
     struct Discriminant
     {
-        FieldInfo const *fieldInfo = nullptr;
-        QVector<DiscriminantValueRange> ranges;
+        FieldInfo const *fieldInfo = nullptr; ///< the header field; null once it is destroyed
+        QVector<DiscriminantValueRange> ranges; ///< the accepted values
     };
 
     /// Not registered anywhere: the creator adds it to its format and sets the format itself.
     explicit MessageInfo(QString name);
     virtual ~MessageInfo();
 
+    /// The name, unique within the format: path expressions and look-ups use it ("1077").
     QString getName() const { return mName; }
+    /// A title that tools show beside the name ("GPS MSM7").
+    ///@{
     QString getShortDescriptiveText() const { return mShortDescriptiveText; }
     void setShortDescriptiveText(QString text);
+    ///@}
+    /// A sentence or more that tools show as help.
+    ///@{
     QString getDescriptiveText() const { return mDescriptiveText; }
     void setDescriptiveText(QString text);
+    ///@}
 
+    /// The format of the message type; null until set. Setting it does not add the message
+    /// type to the format.
+    ///@{
     FormatInfo const *getFormatInfo() const { return mFormatInfo; }
     void setFormatInfo(FormatInfo const *format);
+    ///@}
     /// Whether this is a main message type (true unless set otherwise).
+    ///@{
     bool isMain() const { return mIsMain; }
     void setIsMain(bool isMain);
+    ///@}
 
     /**
      * Appends a field. index is the position the field reports for this message
@@ -65,15 +78,21 @@ public:
     void removeFieldInfo(FieldInfo *field);
     /// The field of that name (the latest added), or null.
     FieldInfo const *getFieldInfo(QString const &name) const;
+    /// The fields in order of addition.
+    ///@{
     QVector<FieldInfo *> getFieldInfos();
     QVector<FieldInfo const *> getFieldInfos() const;
+    ///@}
+    /// The fields added as keys, in order of addition.
     QVector<FieldInfo const *> getKeyFieldInfos() const;
 
     /// Fields of other messages whose type is this message as a sub-message.
+    ///@{
     void addReferringFieldInfo(FieldInfo *field);
     void removeReferringFieldInfo(FieldInfo *field);
     QVector<FieldInfo *> getReferringFieldInfos();
     QVector<FieldInfo const *> getReferringFieldInfos() const;
+    ///@}
 
     /**
      * The discriminant of the field, created empty as the next position when new. When the
@@ -85,10 +104,12 @@ public:
      * indexed.
      */
     Discriminant &getDiscriminant(FieldInfo const *field);
+    /// The discriminants in the order of their positions.
     QVector<Discriminant> const &getDiscriminants() const;
     /// Appends a range (not checked) to the field's discriminant.
     void addDiscriminantValueRange(FieldInfo const *field, FieldValue const &low,
                                    FieldValue const &high);
+    /// Appends the single value to the field's discriminant.
     void addDiscriminantValue(FieldInfo const *field, FieldValue const &value);
 
 private:

@@ -24,15 +24,21 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageInfoSet : public QObject
     Q_OBJECT
 
 public:
+    /// An empty set.
     explicit MessageInfoSet(QObject *parent = nullptr);
     ~MessageInfoSet() override;
 
+    /// The message types in the set.
     QSet<MessageInfo const *> getMessageInfos() const { return mMessageInfos; }
 
+    /// Adds or removes one message type; changed() when the set changed.
+    ///@{
     void addMessageInfo(MessageInfo const *info);
     void removeMessageInfo(MessageInfo const *info);
+    ///@}
     /// Emits changed() once when contents differ from the current set.
     void setContents(QSet<MessageInfo const *> contents);
+    /// Empties the set; changed() when it was not empty.
     void clear();
     /**
      * Starts a repeating timer that flips the contents, first to the "*Geod*" types, then to
@@ -42,6 +48,7 @@ public:
     void startFlipping();
 
 Q_SIGNALS:
+    /// The contents changed.
     void changed();
 
 private Q_SLOTS:

@@ -24,11 +24,16 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageNeed
 public:
     /// Registers with manager, or with MessageNeedManager::getCurrentInstance() when it is null.
     explicit MessageNeed(MessageNeedManager *manager = nullptr);
+    /// The same needs, registered once more with the other's manager.
+    ///@{
     MessageNeed(MessageNeed const &other);
     MessageNeed &operator=(MessageNeed const &other);
+    ///@}
     virtual ~MessageNeed();
 
+    /// The manager the needs are registered with.
     MessageNeedManager *getManager() const { return mManager; }
+    /// The needed message types in order of addition, duplicates included.
     QVector<MessageInfo const *> getMessagesNeeded() const { return mMessagesNeeded; }
 
     /// Moves the needs from the current manager to manager.

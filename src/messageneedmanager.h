@@ -26,6 +26,7 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageNeedManager : public QObject
     Q_OBJECT
 
 public:
+    /// The number of needs per message type.
     using Counts = QHash<MessageInfo const *, unsigned int>;
 
     MessageNeedManager();
@@ -51,6 +52,7 @@ public:
     Counts::iterator getIterator(MessageInfo const *info);
 
 Q_SIGNALS:
+    /// The set of needed message types has changed (see emitPendingSignal()).
     void messageSetChanged();
 
 private:

@@ -30,11 +30,13 @@ public:
     explicit MessageNeedManagerAdapter(MessageNeedManager *manager);
     ~MessageNeedManagerAdapter() override;
 
+    /// The manager whose needs are turned into the list.
     MessageNeedManager *getMessageNeedManager() const { return mManager; }
     /// Block numbers (13 bits) in the manager's order, not sorted.
     QList<unsigned short> const &getRequiredMessagesList() const { return mRequiredMessages; }
 
 Q_SIGNALS:
+    /// The list was built anew.
     void requiredMessagesChanged();
 
 private Q_SLOTS:

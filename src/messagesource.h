@@ -25,9 +25,11 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageSource : public QObject
     Q_OBJECT
 
 public:
+    /// name identifies the source in event texts ("radio connection opened").
     MessageSource(QString name, QObject *parent);
     ~MessageSource() override;
 
+    /// The name given at construction.
     QString getName() const { return mName; }
 
 public Q_SLOTS:
@@ -41,11 +43,15 @@ public Q_SLOTS:
     void reportCRCErrorEvent(const FormatInfo *format);
 
 Q_SIGNALS:
+    /// A decoded message, announced to the three phases in the order early, normal, late.
+    ///@{
     void newMessage(const Message *message);
     void newMessageEarly(const Message *message);
     void newMessageLate(const Message *message);
+    ///@}
     /// A block of the format that could not be placed; type names what was seen of it.
     void newUnknownMessage(const FormatInfo *format, QString type);
+    /// An event: a connection change, a CRC error, a decoder or application error.
     void newEvent(MessageApiEvent event);
 
 private:

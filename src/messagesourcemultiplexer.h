@@ -19,9 +19,11 @@ class MESSAGEAPIFRAMEWORK_EXPORT MessageSourceMultiplexer : public MessageSource
     Q_OBJECT
 
 public:
+    /// A multiplexer of no sources yet; name as for any MessageSource.
     MessageSourceMultiplexer(QString name, QObject *parent);
     ~MessageSourceMultiplexer() override;
 
+    /// Announces again, in the same phase, everything the source announces from now on.
     void addSource(MessageSource *source);
     /// Cuts every connection from the source to this multiplexer, whatever the signal.
     void removeSource(MessageSource *source);

@@ -71,18 +71,27 @@ public:
 
     /// Null for an unknown message.
     MessageInfo const *getMessageInfo() const { return mMessageInfo; }
+    /// The format and the message name that the statistics stand for.
+    ///@{
     FormatInfo const *getFormatInfo() const { return mFormatInfo; }
     QString getMessageName() const { return mMessageName; }
+    ///@}
 
+    /// Messages counted.
     unsigned int getCount() const { return mCount; }
     /// Messages whose interval to the previous one could not be measured, the first included.
     unsigned int getCountWithUnknownInterval() const { return mCountWithUnknownInterval; }
+    /// Of those, the messages that came while the time source had no valid time, and the
+    /// others.
+    ///@{
     unsigned int getCountWithUnknownTime() const { return mCountWithUnknownTime; }
     unsigned int getCountWithKnownTimeButUnknownInterval() const
     {
         return mCountWithUnknownInterval - mCountWithUnknownTime;
     }
+    ///@}
 
+    /// Whether the most recent interval was measured.
     bool hasValidLastInterval() const { return mLastIntervalValid; }
     /// The most recent interval in ms, unknownIntervalMarker when it was not measured.
     long long getLastInterval() const { return mLastInterval; }
@@ -105,13 +114,18 @@ public:
     /// the newest message of any type of the coordinator at most one such interval has passed.
     bool isCurrentlyRegular() const;
 
+    /// Whether gaps are detected (off at first; the coordinator switches it on for the types
+    /// registered with it).
+    ///@{
     void setGapDetectionEnabled(bool enabled) { mGapDetectionEnabled = enabled; }
     bool isGapDetectionEnabled() const { return mGapDetectionEnabled; }
+    ///@}
 
     /// The stored gaps, at most maxStoredGaps, oldest first.
     QVector<Gap> const &getGaps() const { return mGaps; }
     /// Every gap detected, stored or not.
     int getNumberOfGaps() const { return mNumberOfGaps; }
+    /// Epochs missing in every gap detected, stored or not.
     int getNumberOfMissingEpochs() const { return mNumberOfMissingEpochs; }
     /// Whether a gap was detected while maxStoredGaps were already stored.
     bool hasUnstoredGaps() const { return mHasUnstoredGaps; }

@@ -56,10 +56,14 @@ public:
     /// Events of the type since construction or the last clear().
     unsigned int getEventCount(MessageApiEvent::Type type) const;
 
-    /// The time of the newest message of any type, as read whether valid or not.
+    /// The time of the newest message of any type, as read whether valid or not, and whether
+    /// it was valid.
+    ///@{
     unsigned long long getLastMessageMillis() const { return mLastMessageMillis; }
     bool hasValidLastMessageMillis() const { return mLastMessageMillisValid; }
+    ///@}
 
+    /// The source listened to.
     MessageSource *getMessageSource() const { return mSource; }
     /// Stops listening to the source for good.
     void disconnectFromSource();

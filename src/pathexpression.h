@@ -34,7 +34,9 @@ class MESSAGEAPIFRAMEWORK_EXPORT PathExpression : public QObject
     Q_OBJECT
 
 public:
+    /// The parts of an expression, as flags: operations take any combination.
     enum Part { FormatPart = 1, MessagePart = 2, FieldPart = 4 };
+    /// A combination of parts.
     Q_DECLARE_FLAGS(Parts, Part)
     Q_FLAG(Parts)
 
@@ -57,15 +59,20 @@ public:
     /// "|" between the alternatives of one part.
     static QString const &getOrOperator();
 
+    /// One part of the expression, "*" when unset.
+    ///@{
     QString getFormatPart() const { return mFormatPart; }
     QString getMessagePart() const { return mMessagePart; }
     QString getFieldPart() const { return mFieldPart; }
+    ///@}
     /**
      * The requested parts joined by ":". Format and field without message give "format::field",
      * which split() with the same flags does not read back as the same field.
      */
     QString getString(QFlags<PathExpression::Part> parts) const;
+    /// Whether sub-message types take part in matching (see setConsiderSubMessages()).
     bool getConsiderSubMessages() const { return mConsiderSubMessages; }
+    /// The set that narrows the matching messages, or null (see setFilteringMessageInfoSet()).
     MessageInfoSet *getFilteringMessageInfoSet() const { return mFilteringMessageInfoSet; }
 
     /**
@@ -103,18 +110,26 @@ public:
     void getMatchingTuples(QVector<FormatInfo const *> *formats,
                            QVector<MessageInfo const *> *messages,
                            QVector<FieldInfo const *> *fields, bool unique) const;
+    /// The matching fields, or the message types of the matching fields, each once
+    /// (getMatchingTuples() with unique true).
+    ///@{
     QVector<FieldInfo const *> getMatchingFieldInfos() const;
     QVector<MessageInfo const *> getMatchingMessageInfos() const;
+    ///@}
     /**
      * One text per match, built from the names of the requested parts like getString(). A
      * single part lists each name once; several parts give one entry per matching field, with
      * repeats. Not sorted.
      */
     QStringList getMatchingExpressionsStringList(QFlags<PathExpression::Part> parts) const;
+    /// getMatchingExpressionsStringList() of one part: the matching names, each once.
+    ///@{
     QStringList getMatchingFormatsStringList() const;
     QStringList getMatchingMessagesStringList() const;
     QStringList getMatchingFieldsStringList() const;
+    ///@}
 
+    /// Sets the expression to match exactly the format, with every message and field.
     void setupToMatchUnique(FormatInfo const *format);
     /// Also switches sub-messages on, so that a sub-message can be matched.
     void setupToMatchUnique(MessageInfo const *message);
@@ -130,32 +145,55 @@ public:
     static MessageInfo const *getUniqueMessageInfo(QString const &expression);
 
 public Q_SLOTS:
+    /// Sets all three parts from expression.
     void setString(QString const &expression);
     /// Sets the requested parts from expression (see split()); the one path of every setter.
     void setString(QString const &expression, QFlags<PathExpression::Part> parts);
+    /// Sets one part; "*" when part is empty.
+    ///@{
     void setFormatPart(QString const &part);
     void setMessagePart(QString const &part);
     void setFieldPart(QString const &part);
+    ///@}
     /// For an editor while the user types: the text is the beginning of a name, so only the
     /// last part of a multi-part text gets the wildcard.
     void setStringPrefix(QString const &expression);
+    /// setStringPrefix() of the requested parts, or of one part: the text with the wildcard
+    /// appended, so that every name that begins with it matches.
+    ///@{
     void setStringPrefix(QString const &expression, QFlags<PathExpression::Part> parts);
     void setFormatPartPrefix(QString const &part);
     void setMessagePartPrefix(QString const &part);
     void setFieldPartPrefix(QString const &part);
+    ///@}
+    /// Sets the requested parts (by default all) to "*".
+    ///@{
     void setWildCard(QFlags<PathExpression::Part> parts);
     void setWildCard();
+    ///@}
     /// Emits messageInfoSelected() and then fieldInfoSelected() for what matches uniquely.
     void completeEditing();
 
 Q_SIGNALS:
-    void expressionChanged(QString const &expression);
+    /// A part changed: its new text, after the whole expression was stored.
+    ///@{
     void formatPartChanged(QString const &format);
     void messagePartChanged(QString const &message);
     void fieldPartChanged(QString const &fieldPart);
+    ///@}
+    /// After the part signals of one change: the whole expression (getString(AllParts)), then
+    /// the parts that changed.
+    ///@{
+    void expressionChanged(QString const &expression);
     void partsChanged(QFlags<PathExpression::Part> parts);
+    ///@}
+    /// From completeEditing(): the one message type or field that the expression matches.
+    ///@{
     void messageInfoSelected(MessageInfo const *messageInfo);
     void fieldInfoSelected(FieldInfo const *fieldInfo);
+    ///@}
+    /// The matches may differ from before: the expression or the filtering set changed.
+    /// Views evaluate again.
     void matchesMayHaveChanged();
 
 private:

@@ -21,6 +21,7 @@ class MESSAGEAPIFRAMEWORK_EXPORT TimeSource : public QObject
     Q_OBJECT
 
 public:
+    /// A clock with no valid time.
     explicit TimeSource(QObject *parent = nullptr);
     ~TimeSource() override;
 
@@ -28,11 +29,14 @@ public:
     /// date-time when no valid time is known. Keeps the last date-time it built, so call it on
     /// the thread of the time source, like its other operations.
     virtual QDateTime getTime();
+    /// Whether a valid time is known: getMillis() is not 0.
     virtual bool hasValidMillis();
+    /// The time in milliseconds since the GPS epoch; 0 when unknown.
     virtual unsigned long long getMillis();
     /// Plain decimal digits: no grouping, unit or padding.
     virtual QString millisToString(unsigned long long millis);
 
+    /// Sets the time in milliseconds since the GPS epoch; 0 for no valid time.
     void setMillis(unsigned long long millis) { mMillis = millis; }
 
 private:

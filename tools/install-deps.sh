@@ -7,9 +7,13 @@ set -euo pipefail
 # format library's tests compare with; msgscan reads sockets and serial ports (Qt Network is in
 # qtbase, Qt SerialPort apart), and its tests serve streams with rtklib's str2str and make
 # serial port pairs with socat. msgmonitor's window (Qt Widgets, in qtbase) is tested and
-# pictured without a display, with fonts it finds through fontconfig.
+# pictured without a display, with fonts it finds through fontconfig. Qt's linguist tools
+# (lupdate, lrelease and their CMake packages) build the catalogues of translations/,
+# dpkg-dev's dpkg-shlibdeps gives the Debian packages their dependencies, and doxygen with
+# graphviz renders the API documentation.
 packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev
-    libqt5serialport5-dev qt6-serialport-dev gpsd-clients rtklib socat fonts-dejavu-core "$@")
+    libqt5serialport5-dev qt6-serialport-dev gpsd-clients rtklib socat fonts-dejavu-core
+    qttools5-dev qttools5-dev-tools qt6-tools-dev qt6-l10n-tools dpkg-dev doxygen graphviz "$@")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \

@@ -5,6 +5,8 @@
 // main() reads the options and wires them.
 #include "monitorwindow.h"
 
+#include "auxiliary/translationloader.h"
+
 #include <rtcm3/rtcm3dictionary.h>
 
 #include <QApplication>
@@ -20,8 +22,9 @@ namespace {
 
 int usageError(QString const &why)
 {
-    std::fprintf(stderr, "msgmonitor: %s\nTry 'msgmonitor --help' for more information.\n",
-                 qPrintable(why));
+    std::fprintf(stderr, "msgmonitor: %s\n%s\n", qPrintable(why),
+                 qPrintable(QCoreApplication::translate(
+                     "main", "Try 'msgmonitor --help' for more information.")));
     return 2;
 }
 
@@ -48,6 +51,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("msgmonitor"));
     QCoreApplication::setApplicationVersion(QStringLiteral(MSGMONITOR_VERSION));
+    TranslationLoader::install(); // texts in the user's language
     QLocale::setDefault(QLocale::c()); // numbers as plain digits, whatever the user's locale
 
     QCommandLineParser parser;
@@ -57,17 +61,17 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(
-        QStringLiteral("input"),
+        QCoreApplication::translate("main", "input"),
         QCoreApplication::translate("main",
                                     "A file, - for standard input, tcp://host:port, "
                                     "ntrip://[user:password@]host[:port]/mountpoint or "
                                     "serial:///dev/ttyUSB0?baud=115200; the bundled station "
                                     "stream when none is given."),
-        QStringLiteral("[input]"));
+        QLatin1Char('[') + QCoreApplication::translate("main", "input") + QLatin1Char(']'));
     const QCommandLineOption reconnectOption(
         QStringLiteral("reconnect"),
         QCoreApplication::translate("main", "Reconnect a dropped input after this many seconds."),
-        QStringLiteral("seconds"), QStringLiteral("10"));
+        QCoreApplication::translate("main", "seconds"), QStringLiteral("10"));
     const QCommandLineOption dateOption(
         QStringLiteral("date"),
         QCoreApplication::translate(
@@ -75,13 +79,13 @@ int main(int argc, char *argv[])
             "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
             "the stream tells its week; by default the week that a file's first messages "
             "tell, else today."),
-        QStringLiteral("date"));
+        QCoreApplication::translate("main", "date"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
         QCoreApplication::translate("main",
                                     "Write a picture of the window to this PNG file when the "
                                     "input (a file) has ended, then quit."),
-        QStringLiteral("file"));
+        QCoreApplication::translate("main", "file"));
     parser.addOptions({ reconnectOption, dateOption, screenshotOption });
 
     if (!parser.parse(QCoreApplication::arguments()))
@@ -92,22 +96,26 @@ int main(int argc, char *argv[])
         parser.showVersion();
     const QStringList positional = parser.positionalArguments();
     if (positional.size() > 1)
-        return usageError(QStringLiteral("one input only, not %1").arg(positional.size()));
+        return usageError(
+            QCoreApplication::translate("main", "one input only, not %1").arg(positional.size()));
     bool ok = true;
     const int reconnect = parser.value(reconnectOption).toInt(&ok);
     if (!ok || reconnect < 0)
-        return usageError(QStringLiteral("bad --reconnect %1: not a whole number of seconds")
-                              .arg(parser.value(reconnectOption)));
+        return usageError(
+            QCoreApplication::translate("main", "bad --reconnect %1: not a whole number of seconds")
+                .arg(parser.value(reconnectOption)));
     const QDate date = parser.isSet(dateOption)
         ? QDate::fromString(parser.value(dateOption), Qt::ISODate)
         : QDate::currentDate();
     if (!date.isValid())
         return usageError(
-            QStringLiteral("bad --date %1: not a date YYYY-MM-DD").arg(parser.value(dateOption)));
+            QCoreApplication::translate("main", "bad --date %1: not a date YYYY-MM-DD")
+                .arg(parser.value(dateOption)));
     const QString input = positional.isEmpty() ? bundledStream() : positional.first();
     const QString screenshot = parser.value(screenshotOption);
     if (input.isEmpty() && !screenshot.isEmpty())
-        return usageError(QStringLiteral("no input given, and no bundled stream found"));
+        return usageError(
+            QCoreApplication::translate("main", "no input given, and no bundled stream found"));
 
     Rtcm3Dictionary dictionary;
     MonitorWindow window(&dictionary);

@@ -3,6 +3,7 @@
 // station is. The work is done by the classes beside this file; main() reads the options and
 // wires them.
 #include "auxiliary/interruptnotifier.h"
+#include "auxiliary/translationloader.h"
 #include "jsonwriter.h"
 #include "messagedump.h"
 #include "scaninput.h"
@@ -24,8 +25,9 @@ namespace {
 
 int usageError(QString const &why)
 {
-    std::fprintf(stderr, "msgscan: %s\nTry 'msgscan --help' for more information.\n",
-                 qPrintable(why));
+    std::fprintf(stderr, "msgscan: %s\n%s\n", qPrintable(why),
+                 qPrintable(QCoreApplication::translate(
+                     "main", "Try 'msgscan --help' for more information.")));
     return 2;
 }
 
@@ -41,6 +43,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("msgscan"));
     QCoreApplication::setApplicationVersion(QStringLiteral(MSGSCAN_VERSION));
+    TranslationLoader::install(); // texts in the user's language
     QLocale::setDefault(QLocale::c()); // numbers as plain digits, whatever the user's locale
 
     QCommandLineParser parser;
@@ -50,7 +53,7 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(
-        QStringLiteral("input"),
+        QCoreApplication::translate("main", "input"),
         QCoreApplication::translate("main",
                                     "A file, - for standard input, tcp://host:port, "
                                     "ntrip://[user:password@]host[:port]/mountpoint or "
@@ -63,21 +66,21 @@ int main(int argc, char *argv[])
         QCoreApplication::translate("main",
                                     "Show every message of the types that the path expression "
                                     "matches, with its matching fields, e.g. 'RTCM3:1005:*'."),
-        QStringLiteral("expression"));
+        QCoreApplication::translate("main", "expression"));
     const QCommandLineOption rawOption(
         QStringLiteral("raw"), QCoreApplication::translate("main", "Dump raw values, unscaled."));
     const QCommandLineOption hexOption(
         QStringLiteral("hex"),
         QCoreApplication::translate("main", "Dump these fields (comma-separated) in hexadecimal."),
-        QStringLiteral("fields"));
+        QCoreApplication::translate("main", "fields"));
     const QCommandLineOption durationOption(
         QStringLiteral("duration"),
         QCoreApplication::translate("main", "Stop a live scan after this many seconds."),
-        QStringLiteral("seconds"));
+        QCoreApplication::translate("main", "seconds"));
     const QCommandLineOption reconnectOption(
         QStringLiteral("reconnect"),
         QCoreApplication::translate("main", "Reconnect a dropped input after this many seconds."),
-        QStringLiteral("seconds"), QStringLiteral("10"));
+        QCoreApplication::translate("main", "seconds"), QStringLiteral("10"));
     const QCommandLineOption dateOption(
         QStringLiteral("date"),
         QCoreApplication::translate(
@@ -85,7 +88,7 @@ int main(int argc, char *argv[])
             "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
             "the stream tells its week; by default the week that a file's first messages "
             "tell, else today."),
-        QStringLiteral("date"));
+        QCoreApplication::translate("main", "date"));
     parser.addOptions({ jsonOption, dumpOption, rawOption, hexOption, durationOption,
                         reconnectOption, dateOption });
 
@@ -98,24 +101,28 @@ int main(int argc, char *argv[])
     const QStringList positional = parser.positionalArguments();
     if (positional.size() != 1)
         return usageError(positional.isEmpty()
-                              ? QStringLiteral("no input given")
-                              : QStringLiteral("one input only, not %1").arg(positional.size()));
+                              ? QCoreApplication::translate("main", "no input given")
+                              : QCoreApplication::translate("main", "one input only, not %1")
+                                    .arg(positional.size()));
     bool ok = true;
     const double duration
         = parser.isSet(durationOption) ? parser.value(durationOption).toDouble(&ok) : 0.0;
     if (!ok || duration < 0)
-        return usageError(QStringLiteral("bad --duration %1: not a number of seconds")
-                              .arg(parser.value(durationOption)));
+        return usageError(
+            QCoreApplication::translate("main", "bad --duration %1: not a number of seconds")
+                .arg(parser.value(durationOption)));
     const int reconnect = parser.value(reconnectOption).toInt(&ok);
     if (!ok || reconnect < 0)
-        return usageError(QStringLiteral("bad --reconnect %1: not a whole number of seconds")
-                              .arg(parser.value(reconnectOption)));
+        return usageError(
+            QCoreApplication::translate("main", "bad --reconnect %1: not a whole number of seconds")
+                .arg(parser.value(reconnectOption)));
     const QDate date = parser.isSet(dateOption)
         ? QDate::fromString(parser.value(dateOption), Qt::ISODate)
         : QDate::currentDate();
     if (!date.isValid())
         return usageError(
-            QStringLiteral("bad --date %1: not a date YYYY-MM-DD").arg(parser.value(dateOption)));
+            QCoreApplication::translate("main", "bad --date %1: not a date YYYY-MM-DD")
+                .arg(parser.value(dateOption)));
 
     Rtcm3Dictionary dictionary;
     std::unique_ptr<MessageDump> dump;

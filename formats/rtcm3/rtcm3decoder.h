@@ -32,6 +32,7 @@ class MESSAGEAPIRTCM3_EXPORT Rtcm3Decoder : public AbstractDecoder
     Q_OBJECT
 
 public:
+    /// A decoder of the dictionary's format; name identifies it in event texts.
     Rtcm3Decoder(Rtcm3Dictionary const *dictionary, QString name, QObject *parent = nullptr);
     ~Rtcm3Decoder() override;
 
@@ -42,12 +43,15 @@ public:
     FormatInfo const *getFormatInfo() const override;
     /// Frames are decoded whole, so there is no partial state to drop.
     void reset() override { }
+    /// The code is the message number.
+    ///@{
     void enableMessageCode(int32_t code) override { mDisabledCodes.remove(code); }
     void disableMessageCode(int32_t code) override { mDisabledCodes.insert(code); }
     bool isEnabledMessageCode(int32_t code) const override
     {
         return !mDisabledCodes.contains(code);
     }
+    ///@}
 
 private:
     Q_DISABLE_COPY(Rtcm3Decoder)

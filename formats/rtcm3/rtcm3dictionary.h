@@ -34,6 +34,7 @@ public:
     Rtcm3Dictionary(Rtcm3Dictionary const &) = delete;
     Rtcm3Dictionary &operator=(Rtcm3Dictionary const &) = delete;
 
+    /// The format "RTCM3".
     FormatInfo const *getFormat() const { return mFormat; }
     /// The message type of that number, or null.
     MessageInfo const *getMessageInfo(int number) const;

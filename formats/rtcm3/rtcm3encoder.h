@@ -56,12 +56,15 @@ public:
     Rtcm3Encoder(Rtcm3Encoder const &) = delete;
     Rtcm3Encoder &operator=(Rtcm3Encoder const &) = delete;
 
+    /// The message type or record type being encoded.
     MessageInfo const *getInfo() const { return mInfo; }
 
     /// A raw value: an integer of either sign for a number, a character for a text. index
     /// counts the values of a repeated field; the values between are zero.
+    ///@{
     Rtcm3Encoder &setValue(QString const &field, FieldValue const &value, unsigned int index = 0);
     Rtcm3Encoder &setValue(QString const &field, qint64 value, unsigned int index = 0);
+    ///@}
     /// A value in the field's unit, divided by its scale factor and rounded to the nearest step.
     Rtcm3Encoder &setScaled(QString const &field, double value, unsigned int index = 0);
     /// The characters of a text field, Latin-1.
@@ -70,8 +73,10 @@ public:
     Rtcm3Encoder &addRecord(QString const &groupField);
 
     /// Bytes to write after the fields, as some receivers fill their frames up to a fixed size.
+    ///@{
     void setTrailingBytes(QByteArray const &bytes) { mTrailingBytes = bytes; }
     QByteArray getTrailingBytes() const { return mTrailingBytes; }
+    ///@}
 
     /// The whole frame: preamble, length, payload, CRC-24Q.
     QByteArray encode() const;

@@ -35,6 +35,7 @@ public:
                     MessageStatisticsCoordinator *coordinator = nullptr,
                     QDate fallbackDate = QDate::currentDate(), QObject *parent = nullptr);
 
+    /// The stream time that the clock follows.
     Rtcm3StreamTime const &getStreamTime() const { return mStreamTime; }
 
 Q_SIGNALS:

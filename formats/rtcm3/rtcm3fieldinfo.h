@@ -57,34 +57,47 @@ public:
     bool setValue(Message *message, unsigned int index, FieldValue const &value) const override;
     FieldValue getDefaultValue() const override;
 
+    /// How the bits of a value are read.
     Encoding getEncoding() const { return mEncoding; }
     /// Bits of one value; for a group, bits of one record.
     unsigned int getBitWidth() const { return mBits; }
+    /// Whether the field holds records of a sub-message type.
     bool isGroup() const { return mEncoding == Group; }
     /// Virtual fields take no bits.
     bool takesBits() const { return mEncoding <= Group; }
 
+    /// Where the number of values comes from.
     Count getCount() const { return mCount; }
     /// Index of the count source in the message type; -1 for a single value.
     int getCountSource() const { return mCountSource; }
+    /// Takes the number of values from the field at sourceIndex of the message type.
     void setCount(Count count, int sourceIndex);
     /// The width is the product of the set bits of two earlier fields (the MSM cell mask).
     void setWidthFromMasks(int firstMaskIndex, int secondMaskIndex);
+    /// Whether the width comes from masks, and the index of mask 0 or 1 (-1 when it does not).
+    ///@{
     bool hasWidthFromMasks() const { return mWidthMasks[0] >= 0; }
     int getWidthMask(int which) const { return mWidthMasks[which]; }
+    ///@}
     /// Records of a group lie field after field instead of record after record.
+    ///@{
     void setColumnMajor(bool columnMajor) { mColumnMajor = columnMajor; }
     bool isColumnMajor() const { return mColumnMajor; }
+    ///@}
     /// For virtual fields: the fields of the enclosing message type that give the value
     /// (a mask; or the satellite, signal and cell masks of MSM).
+    ///@{
     void setMaskSources(int first, int second = -1, int third = -1);
     int getMaskSource(int which) const { return mMaskSources[which]; }
+    ///@}
     /// The message type the dictionary laid this field out in, and its index there: a message
     /// of that type finds the field's values without a search. Other message types that the
     /// field is added to are found through the message type.
+    ///@{
     void setHome(MessageInfo const *info, int index);
     MessageInfo const *getHomeInfo() const { return mHomeInfo; }
     int getHomeIndex() const { return mHomeIndex; }
+    ///@}
 
 private:
     Encoding mEncoding;

@@ -56,14 +56,18 @@ public:
     static Rtcm3Message *decode(MessageInfo const *info, QByteArray const &frame, QString *problem);
     ~Rtcm3Message() override;
 
+    /// The records of the group fields.
+    ///@{
     QVector<Message const *> getSubMessages() const override;
     QVector<Message *> getSubMessages() override;
+    ///@}
     unsigned int getRawSize() const override { return unsigned(mFrame.size()); }
 
     /// The whole frame.
     QByteArray const &getFrame() const { return mFrame; }
     /// The payload: the frame without its 3 header and 3 CRC bytes.
     uint8_t const *getPayload() const;
+    /// Bytes of the payload.
     unsigned int getPayloadSize() const { return unsigned(mFrame.size() - 6); }
     /// Where the field lies in this message; null when the message type has no such field.
     Slot const *getSlot(Rtcm3FieldInfo const *field) const;

@@ -27,6 +27,7 @@ class Message;
 class MESSAGEAPIRTCM3_EXPORT Rtcm3StreamTime
 {
 public:
+    /// One week in milliseconds.
     static constexpr quint64 weekMs = 604800000;
 
     /// fallbackDate (UTC) gives the week until the stream gives one.

@@ -19,9 +19,11 @@ public:
     /// Reports "Deleting referenced object!" when the count is not 0, then destroys anyway.
     virtual ~ReferenceCountedObject();
 
+    /// One more holder: the object lives until it has let go too.
     void addReference() const;
     /// Deletes the object when the count reaches 0; do not touch it afterwards.
     void removeReference() const;
+    /// The current count.
     int getNumberOfReferences() const;
 
 private:
