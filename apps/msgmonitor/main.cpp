@@ -5,6 +5,7 @@
 // main() reads the options and wires them.
 #include "monitorwindow.h"
 
+#include "auxiliary/inputoptions.h"
 #include "auxiliary/translationloader.h"
 
 #include <rtcm3/rtcm3dictionary.h>
@@ -68,25 +69,15 @@ int main(int argc, char *argv[])
                                     "serial:///dev/ttyUSB0?baud=115200; the bundled station "
                                     "stream when none is given."),
         QLatin1Char('[') + QCoreApplication::translate("main", "input") + QLatin1Char(']'));
-    const QCommandLineOption reconnectOption(
-        QStringLiteral("reconnect"),
-        QCoreApplication::translate("main", "Reconnect a dropped input after this many seconds."),
-        QCoreApplication::translate("main", "seconds"), QStringLiteral("10"));
-    const QCommandLineOption dateOption(
-        QStringLiteral("date"),
-        QCoreApplication::translate(
-            "main",
-            "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
-            "the stream tells its week; by default the week that a file's first messages "
-            "tell, else today."),
-        QCoreApplication::translate("main", "date"));
     const QCommandLineOption screenshotOption(
         QStringLiteral("screenshot"),
         QCoreApplication::translate("main",
                                     "Write a picture of the window to this PNG file when the "
                                     "input (a file) has ended, then quit."),
         QCoreApplication::translate("main", "file"));
-    parser.addOptions({ reconnectOption, dateOption, screenshotOption });
+    parser.addOption(screenshotOption);
+    InputOptions inputOptions;
+    inputOptions.addTo(parser);
 
     if (!parser.parse(QCoreApplication::arguments()))
         return usageError(parser.errorText());
@@ -98,19 +89,9 @@ int main(int argc, char *argv[])
     if (positional.size() > 1)
         return usageError(
             QCoreApplication::translate("main", "one input only, not %1").arg(positional.size()));
-    bool ok = true;
-    const int reconnect = parser.value(reconnectOption).toInt(&ok);
-    if (!ok || reconnect < 0)
-        return usageError(
-            QCoreApplication::translate("main", "bad --reconnect %1: not a whole number of seconds")
-                .arg(parser.value(reconnectOption)));
-    const QDate date = parser.isSet(dateOption)
-        ? QDate::fromString(parser.value(dateOption), Qt::ISODate)
-        : QDate::currentDate();
-    if (!date.isValid())
-        return usageError(
-            QCoreApplication::translate("main", "bad --date %1: not a date YYYY-MM-DD")
-                .arg(parser.value(dateOption)));
+    const QString inputError = inputOptions.read(parser);
+    if (!inputError.isEmpty())
+        return usageError(inputError);
     const QString input = positional.isEmpty() ? bundledStream() : positional.first();
     const QString screenshot = parser.value(screenshotOption);
     if (input.isEmpty() && !screenshot.isEmpty())
@@ -119,9 +100,8 @@ int main(int argc, char *argv[])
 
     Rtcm3Dictionary dictionary;
     MonitorWindow window(&dictionary);
-    if (parser.isSet(dateOption))
-        window.setFallbackDate(date);
-    window.setReconnectSeconds(reconnect);
+    window.setFallbackDate(inputOptions.getDate());
+    window.setReconnectSeconds(inputOptions.getReconnectSeconds());
     window.setInput(input);
     if (!screenshot.isEmpty()) {
         // The views lay out what the end of the input brought before the picture is taken.

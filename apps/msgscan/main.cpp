@@ -2,6 +2,7 @@
 // msgscan: what is in an RTCM 3 stream, at what rates, what is missing or broken, and where the
 // station is. The work is done by the classes beside this file; main() reads the options and
 // wires them.
+#include "auxiliary/inputoptions.h"
 #include "auxiliary/interruptnotifier.h"
 #include "auxiliary/translationloader.h"
 #include "jsonwriter.h"
@@ -77,20 +78,9 @@ int main(int argc, char *argv[])
         QStringLiteral("duration"),
         QCoreApplication::translate("main", "Stop a live scan after this many seconds."),
         QCoreApplication::translate("main", "seconds"));
-    const QCommandLineOption reconnectOption(
-        QStringLiteral("reconnect"),
-        QCoreApplication::translate("main", "Reconnect a dropped input after this many seconds."),
-        QCoreApplication::translate("main", "seconds"), QStringLiteral("10"));
-    const QCommandLineOption dateOption(
-        QStringLiteral("date"),
-        QCoreApplication::translate(
-            "main",
-            "The UTC date (YYYY-MM-DD) whose GPS week the stream's times fall in until "
-            "the stream tells its week; by default the week that a file's first messages "
-            "tell, else today."),
-        QCoreApplication::translate("main", "date"));
-    parser.addOptions({ jsonOption, dumpOption, rawOption, hexOption, durationOption,
-                        reconnectOption, dateOption });
+    parser.addOptions({ jsonOption, dumpOption, rawOption, hexOption, durationOption });
+    InputOptions inputOptions;
+    inputOptions.addTo(parser);
 
     if (!parser.parse(QCoreApplication::arguments()))
         return usageError(parser.errorText());
@@ -111,18 +101,9 @@ int main(int argc, char *argv[])
         return usageError(
             QCoreApplication::translate("main", "bad --duration %1: not a number of seconds")
                 .arg(parser.value(durationOption)));
-    const int reconnect = parser.value(reconnectOption).toInt(&ok);
-    if (!ok || reconnect < 0)
-        return usageError(
-            QCoreApplication::translate("main", "bad --reconnect %1: not a whole number of seconds")
-                .arg(parser.value(reconnectOption)));
-    const QDate date = parser.isSet(dateOption)
-        ? QDate::fromString(parser.value(dateOption), Qt::ISODate)
-        : QDate::currentDate();
-    if (!date.isValid())
-        return usageError(
-            QCoreApplication::translate("main", "bad --date %1: not a date YYYY-MM-DD")
-                .arg(parser.value(dateOption)));
+    const QString inputError = inputOptions.read(parser);
+    if (!inputError.isEmpty())
+        return usageError(inputError);
 
     Rtcm3Dictionary dictionary;
     std::unique_ptr<MessageDump> dump;
@@ -137,11 +118,11 @@ int main(int argc, char *argv[])
     ScanInput input(positional.first());
     if (!input.getUsageError().isEmpty())
         return usageError(input.getUsageError());
-    input.setReconnectSeconds(reconnect);
-    StreamScanner scanner(&dictionary, positional.first(),
-                          parser.isSet(dateOption) ? date
-                                                   : StreamScanner::getStreamDate(
-                                                       &dictionary, positional.first(), date));
+    input.setReconnectSeconds(inputOptions.getReconnectSeconds());
+    const QDate date = inputOptions.getDate().isValid()
+        ? inputOptions.getDate()
+        : StreamScanner::getStreamDate(&dictionary, positional.first(), QDate::currentDate());
+    StreamScanner scanner(&dictionary, positional.first(), date);
     scanner.addEventSource(&input);
     QObject::connect(&input, &ScanInput::dataReceived, &scanner, &StreamScanner::addData);
     const bool json = parser.isSet(jsonOption);
