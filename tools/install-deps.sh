@@ -5,7 +5,10 @@ set -euo pipefail
 
 # gpsd-clients (gpsdecode) and rtklib (convbin) are independent RTCM 3 decoders that the
 # format library's tests compare with.
-packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev gpsd-clients rtklib "$@")
+# clang and its libFuzzer runtime build the fuzz targets (tools/run-fuzz.sh); python3 cuts their
+# seed frames from the captures.
+packages=(cmake g++ make pkg-config qtbase5-dev qt6-base-dev qt6-5compat-dev gpsd-clients rtklib
+          clang libclang-rt-14-dev python3 "$@")
 missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' \
