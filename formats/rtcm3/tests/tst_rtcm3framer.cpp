@@ -196,6 +196,26 @@ void tst_Rtcm3Framer::crafted_data()
         << QStringList { incomplete.arg(a.size()).arg(1), counts.arg(1).arg(1) };
     QTest::newRow("no input") << QByteArray() << QStringList()
                               << QStringList { counts.arg(0).arg(0) };
+
+    // A log keeps every distinct text up to its repeat limit: from the 101st run on the runs
+    // share one text, so that foreign data for weeks cannot fill it.
+    QByteArray manyRuns;
+    QStringList manyFrames;
+    QStringList manyEvents;
+    for (int run = 0; run < 102; ++run) {
+        if (run < 100)
+            manyEvents.append(outside.arg(1).arg(manyRuns.size()));
+        else
+            manyEvents.append(QStringLiteral(
+                "Decoder Error: Test: more bytes outside frames, counted without their offsets"));
+        manyRuns.append('x');
+        if (run < 101) {
+            manyRuns.append(a);
+            manyFrames.append(hex(a));
+        }
+    }
+    manyEvents.append(counts.arg(102).arg(0));
+    QTest::newRow("runs past the hundredth share one text") << manyRuns << manyFrames << manyEvents;
 }
 
 void tst_Rtcm3Framer::crafted()
