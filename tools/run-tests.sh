@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Checks that every file declares its copyright and licence (reuse lint), then builds the library
 # with Qt 6, with Qt 5 and with AddressSanitizer+UndefinedBehaviorSanitizer, and runs every test
-# in all three builds. Installs missing Debian packages first.
+# in all three builds, then runs every fuzz target for 30 s (tools/run-fuzz.sh). Installs missing
+# Debian packages first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -32,3 +33,5 @@ for preset in qt6 qt5 asan; do
     [ "$status" -eq 0 ] || { echo "tests: $passed passed, $failed failed"; exit "$status"; }
 done
 echo "tests: $passed passed, $failed failed"
+echo "=== fuzz"
+bash tools/run-fuzz.sh 30 --no-long-stream
