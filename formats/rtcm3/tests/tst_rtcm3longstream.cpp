@@ -24,7 +24,8 @@
 #endif
 #endif
 #ifdef RTCM3_ADDRESS_SANITIZER
-#include <sanitizer/allocator_interface.h>
+// The sanitizer's own heap, which mallinfo2() does not see; its header is not always installed.
+extern "C" size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 /**
