@@ -2,7 +2,8 @@
 # Checks that every file declares its copyright and licence (reuse lint), then builds the library
 # with Qt 6, with Qt 5 and with AddressSanitizer+UndefinedBehaviorSanitizer, and runs every test
 # in all three builds; the Qt 6 build also renders the API reference, where any Doxygen warning
-# fails the run. Installs missing Debian packages first.
+# fails the run. Then runs every fuzz target for 30 s (tools/run-fuzz.sh). Installs missing
+# Debian packages first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -39,3 +40,5 @@ for preset in qt6 qt5 asan; do
     [ "$status" -eq 0 ] || { echo "tests: $passed passed, $failed failed"; exit "$status"; }
 done
 echo "tests: $passed passed, $failed failed"
+echo "=== fuzz"
+bash tools/run-fuzz.sh 30 --no-long-stream

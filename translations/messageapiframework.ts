@@ -447,6 +447,10 @@
         <source>%1: %2 bytes outside frames at stream offset %3</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1: more bytes outside frames, counted without their offsets</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Rtcm3Message</name>

@@ -448,6 +448,10 @@
         <source>%1: %2 bytes outside frames at stream offset %3</source>
         <translation>%1: %2 Bytes außerhalb von Rahmen an Position %3 des Datenstroms</translation>
     </message>
+    <message>
+        <source>%1: more bytes outside frames, counted without their offsets</source>
+        <translation>%1: weitere Bytes außerhalb von Rahmen, ohne ihre Positionen gezählt</translation>
+    </message>
 </context>
 <context>
     <name>Rtcm3Message</name>

@@ -10,6 +10,8 @@ namespace {
 constexpr uint8_t preamble = 0xD3;
 constexpr int headerBytes = 3;
 constexpr int crcBytes = 3;
+// Runs of foreign bytes reported with their own length and offset; later runs share one text.
+constexpr quint64 maxLocatedRuns = 100;
 
 } // namespace
 
@@ -47,13 +49,14 @@ void Rtcm3Framer::finish()
     mBuffer.clear();
     mBufferOffset = 0;
     mStreamOffset = 0;
+    mLocatedRunCount = 0;
 }
 
 void Rtcm3Framer::reset()
 {
     mBuffer.clear();
     mBufferOffset = mStreamOffset = 0;
-    mRunOffset = mRunLength = 0;
+    mRunOffset = mRunLength = mLocatedRunCount = 0;
     mFrameCount = mCrcErrorCount = mForeignByteCount = mIncompleteFrameByteCount = 0;
 }
 
@@ -149,11 +152,20 @@ void Rtcm3Framer::reportForeignRun()
     if (mRunLength == 0)
         return;
     mForeignByteCount += mRunLength;
+    const quint64 length = std::exchange(mRunLength, 0);
+    // An event log keeps each text up to its repeat limit, and every located run has a text of
+    // its own: a stream that carries foreign data for weeks would fill the log without end.
+    // Later runs therefore share one text; the counts stay exact.
+    if (mLocatedRunCount == maxLocatedRuns) {
+        reportError(
+            tr("%1: more bytes outside frames, counted without their offsets").arg(getName()));
+        return;
+    }
+    ++mLocatedRunCount;
     reportError(tr("%1: %2 bytes outside frames at stream offset %3")
                     .arg(getName())
-                    .arg(mRunLength)
+                    .arg(length)
                     .arg(mRunOffset));
-    mRunLength = 0;
 }
 
 void Rtcm3Framer::reportError(QString const &text)

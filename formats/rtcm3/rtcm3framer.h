@@ -24,8 +24,10 @@
  * the next chunk. A candidate whose CRC fails is reported as a CRC error of the format, and the
  * search resumes one byte after its false 0xD3, so a 0xD3 inside foreign data never costs a
  * valid frame that follows. Bytes outside frames are reported as one "Decoder Error" event per
- * run, with the run's length and stream offset. finish() tells the framer that the input has
- * ended: what is left is reported, an incomplete frame as such.
+ * run, with the run's length and stream offset; from the 101st run of a stream on, every run
+ * has one shared text, so that an event log's repeat limit keeps a stream of foreign data for
+ * weeks from filling it (getForeignByteCount() still counts every byte). finish() tells the framer
+ * that the input has ended: what is left is reported, an incomplete frame as such.
  *
  * The framer is a MessageSource, so its events travel with a decoder's through a multiplexer;
  * it announces no messages itself. Feed it from outside its own signals. Connect frameFound() to a
@@ -88,6 +90,8 @@ private:
     /// The run of foreign bytes not yet reported: its stream offset and length.
     quint64 mRunOffset = 0;
     quint64 mRunLength = 0;
+    /// Runs reported with their own length and offset since the start of the stream.
+    quint64 mLocatedRunCount = 0;
     quint64 mFrameCount = 0;
     quint64 mCrcErrorCount = 0;
     quint64 mForeignByteCount = 0;

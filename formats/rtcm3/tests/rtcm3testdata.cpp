@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 #include "rtcm3testdata.h"
 
-#include "auxiliary/rtcm3crc24q.h"
 #include "fieldinfo.h"
 #include "messageinfo.h"
 #include "rtcm3/rtcm3decoder.h"
 #include "rtcm3/rtcm3dictionary.h"
+#include "rtcm3/rtcm3encoder.h"
 #include "rtcm3/rtcm3framer.h"
 
 #include <QDir>
@@ -47,16 +47,12 @@ QByteArray run(QString const &program, QStringList const &arguments, QString con
 
 QByteArray frame(QString const &payloadBits)
 {
-    QByteArray result(3 + (payloadBits.size() + 7) / 8, '\0');
-    for (int i = 0; i < payloadBits.size(); ++i)
-        result[3 + i / 8]
-            = char(result.at(3 + i / 8) | (payloadBits.at(i) == QLatin1Char('1')) << (7 - i % 8));
-    result[0] = char(0xD3);
-    result[1] = char((result.size() - 3) >> 8);
-    result[2] = char(result.size() - 3);
-    const uint32_t crc
-        = rtcm3Crc24q(reinterpret_cast<uint8_t const *>(result.constData()), size_t(result.size()));
-    return result.append(char(crc >> 16)).append(char(crc >> 8)).append(char(crc));
+    QByteArray payload((payloadBits.size() + 7) / 8, '\0');
+    for (int i = 0; i < payloadBits.size(); ++i) {
+        if (payloadBits.at(i) == QLatin1Char('1'))
+            payload[i / 8] = char(payload.at(i / 8) | (0x80 >> (i % 8)));
+    }
+    return Rtcm3Encoder::frame(payload);
 }
 
 DecodedStream::DecodedStream(Rtcm3Dictionary const &dictionary, QByteArray const &input,

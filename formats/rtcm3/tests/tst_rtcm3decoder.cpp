@@ -148,6 +148,22 @@ void tst_Rtcm3Decoder::framing_data()
         << (a + QByteArray::fromHex("d3")) << QStringList { hexA }
         << QStringList { incomplete.arg(a.size()).arg(1), counts.arg(1).arg(1) };
     QTest::newRow("no input") << QByteArray() << QStringList() << QStringList { none };
+
+    // A log keeps every distinct text up to its repeat limit: from the 101st run on the runs
+    // share one text, so that foreign data for weeks cannot fill it.
+    QByteArray manyRuns;
+    QStringList manyFrames;
+    QStringList manyEvents;
+    for (int run = 0; run < 102; ++run) {
+        manyEvents.append(run < 100 ? outside.arg(1).arg(manyRuns.size())
+                                    : QStringLiteral("Decoder Error: Framer: more bytes outside "
+                                                     "frames, counted without their offsets"));
+        manyRuns.append(run < 101 ? 'x' + a : QByteArray("x"));
+        manyFrames.append(run < 101 ? hexA : QString());
+    }
+    manyFrames.removeAll(QString());
+    manyEvents.append(counts.arg(102).arg(0));
+    QTest::newRow("runs past the hundredth share one text") << manyRuns << manyFrames << manyEvents;
 }
 
 void tst_Rtcm3Decoder::framing()
