@@ -27,8 +27,21 @@ done
 bash tools/install-deps.sh
 targets=(fieldvalue_fuzzer pathexpression_fuzzer rtcm3_fuzzer)
 jobs=$(nproc)
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz -j"$jobs" --target "${targets[@]}" >/dev/null
+# Quiet builds that show their output when they fail.
+build() {
+    local preset=$1
+    shift
+    local log
+    log=$(mktemp)
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset" -j"$jobs" --target "$@"; } \
+        >"$log" 2>&1; then
+        tail -n 40 "$log"
+        rm -f "$log"
+        exit 1
+    fi
+    rm -f "$log"
+}
+build fuzz "${targets[@]}"
 
 captures=../shared/data/rtcm
 # Up to three frames of each message number of every capture, each a corpus input of one chunk.
@@ -100,8 +113,7 @@ for target in "${targets[@]}"; do
 done
 
 if [ "$long_stream" -eq 1 ]; then
-    cmake --preset qt6 >/dev/null
-    cmake --build --preset qt6 -j"$jobs" --target tst_rtcm3longstream >/dev/null
+    build qt6 tst_rtcm3longstream
     MESSAGEAPI_LONG_STREAM_BYTES=${MESSAGEAPI_LONG_STREAM_BYTES:-1073741824} LC_ALL=C \
         build/qt6/formats/rtcm3/tests/tst_rtcm3longstream || status=1
 fi
