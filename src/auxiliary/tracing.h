@@ -43,7 +43,7 @@ inline void deallocated(QString const &className)
 #define MSGAPI_SOURCE_FILE(subModuleTag, sourcePath)                                               \
     namespace {                                                                                    \
     constexpr char const msgapiSubModule[] = subModuleTag;                                         \
-    constexpr char const msgapiSourceFile[] = sourcePath;                                          \
+    [[maybe_unused]] constexpr char const msgapiSourceFile[] = sourcePath;                         \
     [[maybe_unused]] bool isDebugActive()                                                          \
     {                                                                                              \
         static const bool active = dbg_SubModActive(MSGAPI_MODULE_TAG, msgapiSubModule);           \
