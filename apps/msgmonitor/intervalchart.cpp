@@ -82,16 +82,20 @@ void IntervalChart::paintEvent(QPaintEvent *)
     paintGaps(painter, QRect(QPoint(inner.left(), split + margin), inner.bottomRight()));
 }
 
-void IntervalChart::paintHistogram(QPainter &painter, QRect const &area) const
+void IntervalChart::paintTitle(QPainter &painter, QRect const &area, QString const &title) const
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int line = metrics.height();
-    QFont bold = painter.font();
+    QFont bold = font();
     bold.setBold(true);
     painter.setFont(bold);
     painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(area.left(), area.top() + metrics.ascent(), tr("Intervals of %1").arg(mName));
+    painter.drawText(area.left(), area.top() + QFontMetrics(bold).ascent(), title);
     painter.setFont(font());
+}
+
+void IntervalChart::paintHistogram(QPainter &painter, QRect const &area) const
+{
+    const int line = painter.fontMetrics().height();
+    paintTitle(painter, area, tr("Intervals of %1").arg(mName));
     if (mBars.isEmpty()) {
         painter.setPen(axisColor);
         painter.drawText(area, Qt::AlignCenter, tr("No intervals yet"));
@@ -122,15 +126,8 @@ void IntervalChart::paintHistogram(QPainter &painter, QRect const &area) const
 
 void IntervalChart::paintGaps(QPainter &painter, QRect const &area) const
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int line = metrics.height();
-    QFont bold = painter.font();
-    bold.setBold(true);
-    painter.setFont(bold);
-    painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(area.left(), area.top() + metrics.ascent(),
-                     tr("Gaps over time: %1").arg(mNumberOfGaps));
-    painter.setFont(font());
+    const int line = painter.fontMetrics().height();
+    paintTitle(painter, area, tr("Gaps over time: %1").arg(mNumberOfGaps));
     const QRect plot = area.adjusted(0, line + 6, 0, -line - 4);
     painter.setPen(axisColor);
     painter.drawLine(plot.bottomLeft(), plot.bottomRight());

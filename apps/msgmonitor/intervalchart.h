@@ -40,6 +40,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// A section's title in bold at the top left of its area.
+    void paintTitle(QPainter &painter, QRect const &area, QString const &title) const;
     void paintHistogram(QPainter &painter, QRect const &area) const;
     void paintGaps(QPainter &painter, QRect const &area) const;
 
