@@ -134,7 +134,12 @@ void Rtcm3Framer::scan(bool atEnd)
         foreignStart = i;
     }
     takeForeign(i);
-    mBuffer.remove(0, i);
+    // Only the unfinished tail stays: removing from the front of a chunk that the buffer
+    // shares with the caller would copy the whole chunk and keep its capacity.
+    if (i >= size)
+        mBuffer.clear();
+    else if (i > 0)
+        mBuffer = mBuffer.mid(i);
     mBufferOffset += quint64(i);
 }
 
