@@ -119,7 +119,8 @@ enum class Depth { Scan, FullDecode, Rendering };
 /// Reads (and renders) every value of the message and of its records.
 void readEverything(Message const *message, Depth depth, qint64 *values)
 {
-    for (FieldInfo const *field : message->getInfo()->getFieldInfos()) {
+    const QVector<FieldInfo const *> fields = message->getInfo()->getFieldInfos();
+    for (FieldInfo const *field : fields) {
         const unsigned int count = field->getNumberOfValues(message);
         for (unsigned int i = 0; i < count; ++i) {
             const FieldValue value = field->getValue(message, i);

@@ -71,8 +71,7 @@ int32_t Rtcm3Decoder::decodeMessage(const uint8_t *buffer, uint maxlength)
     if (!isEnabledMessage(info))
         return int32_t(length);
     QString problem;
-    Rtcm3Message *message = Rtcm3Message::decode(
-        info, QByteArray(reinterpret_cast<char const *>(buffer), int(length)), &problem);
+    Rtcm3Message *message = Rtcm3Message::decode(info, buffer, length, &problem);
     if (!message) {
         reportDecoderError(tr("%1: message %2: %3").arg(getName()).arg(number).arg(problem));
         return -1;

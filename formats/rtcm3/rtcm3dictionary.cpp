@@ -131,7 +131,9 @@ Rtcm3Dictionary::Rtcm3Dictionary()
             mFormat->addSubMessageInfo(groupInfo);
             unsigned int bits = 0;
             for (Rtcm3Layout::Row const &groupRow : group.rows) {
-                if (addField(groupInfo, groupRow, groupRow.bits, nullptr, info)->takesBits())
+                Rtcm3FieldInfo *field = addField(groupInfo, groupRow, groupRow.bits, nullptr, info);
+                field->setRecordOffset(bits);
+                if (field->takesBits())
                     bits += groupRow.bits;
             }
             addField(info, row, bits, groupInfo, nullptr)->setColumnMajor(group.columnMajor);

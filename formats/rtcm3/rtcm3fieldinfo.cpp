@@ -4,6 +4,7 @@
 #include "auxiliary/rtcm3bitreader.h"
 #include "messageinfo.h"
 #include "rtcm3message.h"
+#include "rtcm3record.h"
 
 #include <utility>
 
@@ -31,6 +32,7 @@ Rtcm3FieldInfo::Rtcm3FieldInfo(QString name, Encoding encoding, unsigned int bit
     : FieldInfo(std::move(name), typeOf(encoding, bits, group))
     , mEncoding(encoding)
     , mBits(bits)
+    , mValueBits(static_cast<unsigned char>(getType().getBitSize()))
 {
     setIsRepeated(encoding == Character || encoding == Group);
     setVirtual(!takesBits());
@@ -64,6 +66,11 @@ void Rtcm3FieldInfo::setHome(MessageInfo const *info, int index)
     mHomeIndex = index;
 }
 
+void Rtcm3FieldInfo::setRecordOffset(unsigned int offset)
+{
+    mRecordOffset = int(offset);
+}
+
 bool Rtcm3FieldInfo::isPresent(Message const *message) const
 {
     return getNumberOfValues(message) > 0;
@@ -71,44 +78,66 @@ bool Rtcm3FieldInfo::isPresent(Message const *message) const
 
 unsigned int Rtcm3FieldInfo::getNumberOfValues(Message const *message) const
 {
+    if (isInRecord()) {
+        Rtcm3Record const *record = Rtcm3Record::cast(message);
+        return record && record->getInfo() == mHomeInfo ? 1u : 0u;
+    }
     Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
-    Rtcm3Message::Slot const *slot = rtcm ? rtcm->getSlot(this) : nullptr;
-    return slot ? unsigned(slot->count) : 0u;
+    Rtcm3Message::Place place;
+    return rtcm && rtcm->locate(this, &place) ? place.count : 0u;
 }
 
 FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) const
 {
-    Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
-    Rtcm3Message::Slot const *slot = rtcm ? rtcm->getSlot(this) : nullptr;
-    if (!slot || index >= slot->count)
-        return FieldValue::invalid();
-    const auto bits = static_cast<unsigned char>(getType().getBitSize());
-    if (!takesBits())
-        return FieldValue::u(slot->value, bits);
-    if (mEncoding == Group) {
-        Message const *record = rtcm->getRecord(this, index);
-        return record ? FieldValue::subMessage(record) : FieldValue::invalid();
+    uint8_t const *payload = nullptr;
+    unsigned int payloadSize = 0;
+    unsigned int position = 0;
+    unsigned int width = mBits;
+    if (isInRecord()) {
+        Rtcm3Record const *record = Rtcm3Record::cast(message);
+        if (!record || record->getInfo() != mHomeInfo || index != 0)
+            return FieldValue::invalid();
+        if (!takesBits())
+            return FieldValue::u(record->getMaskPosition(mEncoding == CellSignal ? 1 : 0),
+                                 mValueBits);
+        payload = record->getMessage()->getPayload();
+        payloadSize = record->getMessage()->getPayloadSize();
+        position = record->getBitPosition(unsigned(mRecordOffset), mBits);
+    } else {
+        Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
+        Rtcm3Message::Place place;
+        if (!rtcm || !rtcm->locate(this, &place) || index >= place.count)
+            return FieldValue::invalid();
+        if (!takesBits())
+            return FieldValue::u(0, mValueBits);
+        if (mEncoding == Group) {
+            Message const *record = rtcm->getRecord(this, index);
+            return record ? FieldValue::subMessage(record) : FieldValue::invalid();
+        }
+        payload = rtcm->getPayload();
+        payloadSize = rtcm->getPayloadSize();
+        position = place.bitOffset + index * place.width;
+        width = place.width;
     }
-    // The slot was checked against the payload when the message was decoded; the reader
+    // The place was checked against the payload when the message was decoded; the reader
     // checks again, so that nothing is ever read past the frame.
-    const Rtcm3BitReader reader(rtcm->getPayload(), rtcm->getPayloadSize());
-    const quint64 position = slot->bitOffset + quint64(index) * slot->width;
+    const Rtcm3BitReader reader(payload, payloadSize);
     uint64_t raw = 0;
     int64_t number = 0;
     switch (mEncoding) {
     case TwosComplement:
-        return reader.readSigned(position, slot->width, &number) ? FieldValue::i(number, bits)
-                                                                 : FieldValue::invalid();
+        return reader.readSigned(position, width, &number) ? FieldValue::i(number, mValueBits)
+                                                           : FieldValue::invalid();
     case SignMagnitude:
-        return reader.readSignMagnitude(position, slot->width, &number)
-            ? FieldValue::i(number, bits)
+        return reader.readSignMagnitude(position, width, &number)
+            ? FieldValue::i(number, mValueBits)
             : FieldValue::invalid();
     case Character:
         return reader.readUnsigned(position, 8, &raw) ? FieldValue::ch(char(raw))
                                                       : FieldValue::invalid();
     default:
-        return reader.readUnsigned(position, slot->width, &raw) ? FieldValue::u(raw, bits)
-                                                                : FieldValue::invalid();
+        return reader.readUnsigned(position, width, &raw) ? FieldValue::u(raw, mValueBits)
+                                                          : FieldValue::invalid();
     }
 }
 

@@ -98,6 +98,13 @@ public:
     MessageInfo const *getHomeInfo() const { return mHomeInfo; }
     int getHomeIndex() const { return mHomeIndex; }
     ///@}
+    /// A field of the records of a group: offset is the bits of the record's fields before
+    /// it. Its one value per record is read from the Rtcm3Record of its home message type.
+    ///@{
+    void setRecordOffset(unsigned int offset);
+    bool isInRecord() const { return mRecordOffset >= 0; }
+    unsigned int getRecordOffset() const { return unsigned(mRecordOffset); }
+    ///@}
 
 private:
     Encoding mEncoding;
@@ -109,6 +116,8 @@ private:
     bool mColumnMajor = false;
     MessageInfo const *mHomeInfo = nullptr;
     int mHomeIndex = -1;
+    int mRecordOffset = -1;
+    unsigned char mValueBits; // the bit size of the values' type
 };
 
 #endif // MESSAGEAPI_RTCM3_RTCM3FIELDINFO_H

@@ -3,14 +3,14 @@
 
 #include "auxiliary/rtcm3bitreader.h"
 #include "messageinfo.h"
-#include "rtcm3fieldinfo.h"
+#include "rtcm3record.h"
 
-#include <utility>
+#include <QVarLengthArray>
+
+#include <cstring>
+#include <new>
 
 namespace {
-
-constexpr int headerBytes = 3;
-constexpr int crcBytes = 3;
 
 int countBits(quint64 value)
 {
@@ -20,6 +20,17 @@ int countBits(quint64 value)
     return count;
 }
 
+/// The 1-based positions of the set bits of a mask of width bits, first bit first.
+QVarLengthArray<quint8, 64> setBitPositions(quint64 mask, unsigned int width)
+{
+    QVarLengthArray<quint8, 64> positions;
+    for (unsigned int position = 0; position < width; ++position) {
+        if ((mask >> (width - 1 - position)) & 1)
+            positions.append(quint8(position + 1));
+    }
+    return positions;
+}
+
 Rtcm3FieldInfo const *rtcm3Field(FieldInfo const *field)
 {
     return static_cast<Rtcm3FieldInfo const *>(field);
@@ -27,58 +38,82 @@ Rtcm3FieldInfo const *rtcm3Field(FieldInfo const *field)
 
 } // namespace
 
-Rtcm3Message::Rtcm3Message(MessageInfo const *info, QByteArray frame, QVector<Slot> slots)
+Rtcm3Message::Rtcm3Message(MessageInfo const *info, unsigned int slotCount,
+                           unsigned int frameSize)
     : Message(info)
-    , mFrame(std::move(frame))
-    , mSlots(std::move(slots))
+    , mSlotCount(quint16(slotCount))
+    , mFrameSize(quint16(frameSize))
 { }
 
 Rtcm3Message::~Rtcm3Message()
 {
-    for (Rtcm3Message *record : std::as_const(mSubMessages))
-        record->removeReference();
+    // The message holds the one reference of each record: dropping it runs the record's
+    // destructor, unless a caller still holds one, whose record then dies with the block.
+    for (quint16 i = 0; i < mRecordCount; ++i)
+        mRecords[i].removeReference();
+    ::operator delete(mRecords);
 }
 
-Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, QByteArray const &frame,
-                                   QString *problem)
+void *Rtcm3Message::operator new(std::size_t size, std::size_t trailing)
+{
+    return ::operator new(size + trailing);
+}
+
+void Rtcm3Message::operator delete(void *memory)
+{
+    ::operator delete(memory);
+}
+
+void Rtcm3Message::operator delete(void *memory, std::size_t)
+{
+    ::operator delete(memory);
+}
+
+Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, uint8_t const *frame,
+                                   unsigned int length, QString *problem)
 {
     const QVector<FieldInfo const *> fields = info->getFieldInfos();
-    QVector<Slot> slots(fields.size());
-    const auto payloadBytes = std::size_t(qMax(0, frame.size() - headerBytes - crcBytes));
-    const Rtcm3BitReader reader(reinterpret_cast<uint8_t const *>(frame.constData()) + headerBytes,
-                                payloadBytes);
+    QVarLengthArray<Slot, 64> layout(fields.size());
+    const std::size_t payloadBytes = length > headerBytes + crcBytes
+        ? length - headerBytes - crcBytes
+        : 0;
+    const Rtcm3BitReader reader(frame + headerBytes, payloadBytes);
+    // The single value of an earlier field: a count or a mask.
     auto valueOf = [&](int index) -> quint64 {
         uint64_t value = 0;
-        if (index < 0 || index >= slots.size())
+        if (index < 0 || index >= layout.size())
             return 0;
-        reader.readUnsigned(slots[index].bitOffset, slots[index].width, &value);
+        const unsigned int width = rtcm3Field(fields[index])->hasWidthFromMasks()
+            ? layout[index].size
+            : rtcm3Field(fields[index])->getBitWidth();
+        reader.readUnsigned(layout[index].bitOffset, width, &value);
         return value;
     };
     quint64 position = 0;
     for (int i = 0; i < fields.size(); ++i) {
         Rtcm3FieldInfo const *field = rtcm3Field(fields[i]);
-        Slot &slot = slots[i];
-        slot.count = 1;
+        Slot &slot = layout[i];
+        slot.bitOffset = quint16(position);
+        quint64 count = 1;
+        quint64 width = field->getBitWidth();
         if (field->getCount() == Rtcm3FieldInfo::CountField)
-            slot.count = quint16(valueOf(field->getCountSource()));
+            count = valueOf(field->getCountSource());
         else if (field->getCount() == Rtcm3FieldInfo::MaskBits)
-            slot.count = quint16(countBits(valueOf(field->getCountSource())));
-        slot.width = quint16(field->getBitWidth());
+            count = quint64(countBits(valueOf(field->getCountSource())));
         if (field->hasWidthFromMasks()) {
-            const int cells = countBits(valueOf(field->getWidthMask(0)))
-                * countBits(valueOf(field->getWidthMask(1)));
-            if (cells > 64) {
-                *problem = tr("%1 of %2 bits exceeds 64 bits").arg(field->getName()).arg(cells);
+            width = quint64(countBits(valueOf(field->getWidthMask(0))))
+                * quint64(countBits(valueOf(field->getWidthMask(1))));
+            if (width > 64) {
+                *problem = tr("%1 of %2 bits exceeds 64 bits").arg(field->getName()).arg(width);
                 return nullptr;
             }
-            slot.width = quint16(cells);
         }
+        slot.size = quint16(field->hasWidthFromMasks() ? width : count);
         if (!field->takesBits())
             continue;
-        slot.bitOffset = quint16(position);
-        const quint64 bits = quint64(slot.count) * slot.width;
+        const quint64 bits = count * width;
         if (!reader.contains(position, bits)) {
-            *problem = slot.count == 1
+            *problem = count == 1
                 ? tr("%1 (%2 bits at bit %3) overruns the payload of %4 bits")
                       .arg(field->getName())
                       .arg(bits)
@@ -86,142 +121,140 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, QByteArray const &fr
                       .arg(payloadBytes * 8)
                 : tr("%1 (%2 values of %3 bits at bit %4) overruns the payload of %5 bits")
                       .arg(field->getName())
-                      .arg(slot.count)
-                      .arg(slot.width)
+                      .arg(count)
+                      .arg(width)
                       .arg(position)
                       .arg(payloadBytes * 8);
             return nullptr;
         }
         position += bits;
     }
-    return new Rtcm3Message(info, frame, std::move(slots));
+    const std::size_t slotBytes = std::size_t(layout.size()) * sizeof(Slot);
+    auto *message = new (slotBytes + length) Rtcm3Message(info, unsigned(layout.size()), length);
+    std::memcpy(message->slotTable(), layout.constData(), slotBytes);
+    std::memcpy(message->slotTable() + layout.size(), frame, length);
+    return message;
 }
 
-uint8_t const *Rtcm3Message::getPayload() const
+QByteArray Rtcm3Message::getFrame() const
 {
-    return reinterpret_cast<uint8_t const *>(mFrame.constData()) + headerBytes;
+    return QByteArray(reinterpret_cast<char const *>(frameBytes()), int(mFrameSize));
 }
 
-uint8_t const *Rtcm3Message::getRawRepresentation() const
+int Rtcm3Message::indexOf(Rtcm3FieldInfo const *field) const
 {
-    return reinterpret_cast<uint8_t const *>(mFrame.constData());
+    return field->occursIn(getInfo()) ? field->getIndexInMessageInfo(getInfo()) : -1;
 }
 
-Rtcm3Message::Slot const *Rtcm3Message::getSlot(Rtcm3FieldInfo const *field) const
+quint64 Rtcm3Message::readField(int index) const
 {
-    const int index = field->getHomeInfo() == getInfo() ? field->getHomeIndex()
-        : field->occursIn(getInfo())                    ? field->getIndexInMessageInfo(getInfo())
-                                                        : -1;
-    return index >= 0 && index < mSlots.size() ? &mSlots[index] : nullptr;
+    if (index < 0 || index >= mSlotCount)
+        return 0;
+    Place place {};
+    locate(rtcm3Field(getInfo()->getFieldInfos().at(index)), &place);
+    const Rtcm3BitReader reader(getPayload(), getPayloadSize());
+    uint64_t value = 0;
+    reader.readUnsigned(place.bitOffset, place.width, &value);
+    return value;
 }
 
-Message const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned int index) const
+Rtcm3Record const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned int index) const
 {
-    Slot const *slot = getSlot(field);
-    if (!slot || index >= slot->count)
+    Place place {};
+    if (!field->isGroup() || !locate(field, &place) || index >= place.count)
         return nullptr;
-    makeSubMessages();
-    return mSubMessages.value(slot->firstSubMessage + int(index));
+    makeRecords();
+    // Records lie group after group, in the order of the message type's fields.
+    unsigned int first = 0;
+    const QVector<FieldInfo const *> fields = getInfo()->getFieldInfos();
+    for (int i = 0; i < fields.size() && fields[i] != field; ++i) {
+        if (rtcm3Field(fields[i])->isGroup())
+            first += slotTable()[i].size;
+    }
+    return first + index < mRecordCount ? &mRecords[first + index] : nullptr;
 }
 
 QVector<Message const *> Rtcm3Message::getSubMessages() const
 {
-    makeSubMessages();
+    makeRecords();
     QVector<Message const *> records;
-    records.reserve(mSubMessages.size());
-    for (Rtcm3Message *record : std::as_const(mSubMessages))
-        records.append(record);
+    records.reserve(mRecordCount);
+    for (quint16 i = 0; i < mRecordCount; ++i)
+        records.append(&mRecords[i]);
     return records;
 }
 
 QVector<Message *> Rtcm3Message::getSubMessages()
 {
-    makeSubMessages();
+    makeRecords();
     QVector<Message *> records;
-    records.reserve(mSubMessages.size());
-    for (Rtcm3Message *record : std::as_const(mSubMessages))
-        records.append(record);
+    records.reserve(mRecordCount);
+    for (quint16 i = 0; i < mRecordCount; ++i)
+        records.append(&mRecords[i]);
     return records;
 }
 
-quint64 Rtcm3Message::readUnsigned(Slot const &slot) const
+void Rtcm3Message::makeRecords() const
 {
-    const Rtcm3BitReader reader(getPayload(), getPayloadSize());
-    uint64_t value = 0;
-    reader.readUnsigned(slot.bitOffset, slot.width, &value);
-    return value;
-}
-
-void Rtcm3Message::makeSubMessages() const
-{
-    if (mHasSubMessages)
+    if (mHasRecords)
         return;
-    mHasSubMessages = true;
+    mHasRecords = true;
     const QVector<FieldInfo const *> fields = getInfo()->getFieldInfos();
-    // The 1-based positions of the set bits of each mask, read once for all records.
-    QVector<QVector<quint8>> setBits(mSlots.size());
-    QVector<bool> maskRead(mSlots.size(), false);
-    auto positions = [&](int index) -> QVector<quint8> const & {
-        static const QVector<quint8> none;
-        if (index < 0 || index >= mSlots.size())
-            return none;
-        if (!maskRead[index]) {
-            maskRead[index] = true;
-            const quint64 mask = readUnsigned(mSlots[index]);
-            const unsigned int width = mSlots[index].width;
-            for (unsigned int position = 0; position < width; ++position) {
-                if ((mask >> (width - 1 - position)) & 1)
-                    setBits[index].append(quint8(position + 1));
-            }
-        }
-        return setBits[index];
-    };
-    for (int i = 0; i < fields.size() && i < mSlots.size(); ++i) {
-        Rtcm3FieldInfo const *field = rtcm3Field(fields[i]);
-        if (!field->isGroup())
+    unsigned int total = 0;
+    for (int i = 0; i < fields.size(); ++i) {
+        if (rtcm3Field(fields[i])->isGroup())
+            total += slotTable()[i].size;
+    }
+    if (total == 0)
+        return;
+    mRecords = static_cast<Rtcm3Record *>(::operator new(total * sizeof(Rtcm3Record)));
+    auto *self = const_cast<Rtcm3Message *>(this);
+    for (int i = 0; i < fields.size(); ++i) {
+        Rtcm3FieldInfo const *group = rtcm3Field(fields[i]);
+        if (!group->isGroup())
             continue;
-        Slot &slot = const_cast<Slot &>(mSlots[i]);
-        slot.firstSubMessage = quint16(mSubMessages.size());
-        MessageInfo const *recordInfo = field->getType().getSubMessageInfo();
-        const QVector<FieldInfo const *> recordFields = recordInfo->getFieldInfos();
-        mSubMessages.reserve(mSubMessages.size() + slot.count);
-        for (quint16 record = 0; record < slot.count; ++record) {
-            QVector<Slot> slots(recordFields.size());
-            quint32 before = 0; // bits of the record's fields before this one
-            for (int f = 0; f < recordFields.size(); ++f) {
-                Rtcm3FieldInfo const *recordField = rtcm3Field(recordFields[f]);
-                Slot &own = slots[f];
-                own.count = 1;
-                own.width = quint16(recordField->getBitWidth());
-                switch (recordField->getEncoding()) {
-                case Rtcm3FieldInfo::MaskPosition:
-                    own.value = positions(recordField->getMaskSource(0)).value(record);
-                    continue;
-                case Rtcm3FieldInfo::CellSatellite:
-                case Rtcm3FieldInfo::CellSignal: {
-                    // Cell mask bits run signal by signal within satellite by satellite.
-                    const int signalCount = positions(recordField->getMaskSource(1)).size();
-                    const int cell = positions(recordField->getMaskSource(2)).value(record);
-                    if (cell == 0 || signalCount == 0)
-                        continue;
-                    own.value = recordField->getEncoding() == Rtcm3FieldInfo::CellSatellite
-                        ? positions(recordField->getMaskSource(0)).value((cell - 1) / signalCount)
-                        : positions(recordField->getMaskSource(1)).value((cell - 1) % signalCount);
-                    continue;
-                }
-                default:
-                    break;
-                }
-                own.bitOffset
-                    = quint16(field->isColumnMajor()
-                                  ? slot.bitOffset + slot.count * before + record * own.width
-                                  : slot.bitOffset + record * slot.width + before);
-                before += own.width;
+        const Slot slot = slotTable()[i];
+        MessageInfo const *recordInfo = group->getType().getSubMessageInfo();
+        // The masks that the record type's virtual fields name, read once for all records.
+        // A satellite (or a signal of 1230) names one mask; the satellite of a cell names the
+        // satellite, signal and cell masks, which its signal shares.
+        Rtcm3FieldInfo const *satellite = nullptr;
+        for (FieldInfo const *recordField : recordInfo->getFieldInfos()) {
+            const Rtcm3FieldInfo::Encoding encoding = rtcm3Field(recordField)->getEncoding();
+            if (encoding == Rtcm3FieldInfo::MaskPosition
+                || encoding == Rtcm3FieldInfo::CellSatellite)
+                satellite = rtcm3Field(recordField);
+        }
+        auto positionsOf = [this](Rtcm3FieldInfo const *virtualField, int which) {
+            const int index = virtualField ? virtualField->getMaskSource(which) : -1;
+            if (index < 0 || index >= mSlotCount)
+                return QVarLengthArray<quint8, 64>();
+            Place place {};
+            locate(rtcm3Field(getInfo()->getFieldInfos().at(index)), &place);
+            return setBitPositions(readField(index), place.width);
+        };
+        const bool cells = satellite && satellite->getEncoding() == Rtcm3FieldInfo::CellSatellite;
+        const QVarLengthArray<quint8, 64> first = positionsOf(satellite, 0);
+        const QVarLengthArray<quint8, 64> second = cells ? positionsOf(satellite, 1)
+                                                         : QVarLengthArray<quint8, 64>();
+        const QVarLengthArray<quint8, 64> cellPositions = cells ? positionsOf(satellite, 2)
+                                                                : QVarLengthArray<quint8, 64>();
+        for (quint16 index = 0; index < slot.size; ++index) {
+            auto *record = new (&mRecords[mRecordCount])
+                Rtcm3Record(recordInfo, self, slot.bitOffset, slot.size, group->getBitWidth(),
+                            group->isColumnMajor(), index);
+            ++mRecordCount;
+            record->addReference();
+            if (!cells) {
+                record->mMaskPositions[0] = first.value(index);
+                continue;
             }
-            auto *message = new Rtcm3Message(recordInfo, mFrame, std::move(slots));
-            message->setParentMessage(const_cast<Rtcm3Message *>(this));
-            message->addReference();
-            mSubMessages.append(message);
+            // Cell mask bits run signal by signal within satellite by satellite.
+            const int cell = cellPositions.value(index);
+            if (cell == 0 || second.isEmpty())
+                continue;
+            record->mMaskPositions[0] = first.value((cell - 1) / second.size());
+            record->mMaskPositions[1] = second.value((cell - 1) % second.size());
         }
     }
 }

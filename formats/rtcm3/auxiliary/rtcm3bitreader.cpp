@@ -23,26 +23,3 @@ bool Rtcm3BitReader::readByBytes(std::size_t position, unsigned int width, uint6
     *value = result;
     return true;
 }
-
-bool Rtcm3BitReader::readSigned(std::size_t position, unsigned int width, int64_t *value) const
-{
-    uint64_t raw = 0;
-    if (width == 0 || !readUnsigned(position, width, &raw))
-        return false;
-    const unsigned int unused = 64 - width;
-    *value = static_cast<int64_t>(raw << unused) >> unused;
-    return true;
-}
-
-bool Rtcm3BitReader::readSignMagnitude(std::size_t position, unsigned int width,
-                                       int64_t *value) const
-{
-    uint64_t raw = 0;
-    if (width == 0 || !readUnsigned(position, width, &raw))
-        return false;
-    const uint64_t magnitude
-        = width == 64 ? raw & ~(uint64_t(1) << 63) : raw & ((uint64_t(1) << (width - 1)) - 1);
-    const bool negative = (raw >> (width - 1)) & 1;
-    *value = negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
-    return true;
-}

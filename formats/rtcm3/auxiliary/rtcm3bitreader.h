@@ -2,8 +2,11 @@
 #ifndef MESSAGEAPI_RTCM3_RTCM3BITREADER_H
 #define MESSAGEAPI_RTCM3_RTCM3BITREADER_H
 
+#include <QtEndian>
+
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 /**
  * Reads bit fields, most significant bit first, out of a block of bytes whose size it knows.
@@ -41,17 +44,34 @@ public:
         const unsigned int skip = unsigned(position % 8);
         if (width == 0 || skip + width > 64 || byte + 8 > mSizeBits / 8)
             return readByBytes(position, width, value);
-        uint64_t word = 0;
-        for (std::size_t i = 0; i < 8; ++i)
-            word = word << 8 | mData[byte + i];
-        *value = (word << skip) >> (64 - width);
+        uint64_t word;
+        std::memcpy(&word, mData + byte, sizeof word);
+        *value = (qFromBigEndian(word) << skip) >> (64 - width);
         return true;
     }
     /// A two's-complement field of 1 to 64 bits, sign-extended.
-    bool readSigned(std::size_t position, unsigned int width, int64_t *value) const;
+    bool readSigned(std::size_t position, unsigned int width, int64_t *value) const
+    {
+        uint64_t raw = 0;
+        if (width == 0 || !readUnsigned(position, width, &raw))
+            return false;
+        const unsigned int unused = 64 - width;
+        *value = static_cast<int64_t>(raw << unused) >> unused;
+        return true;
+    }
     /// A sign-magnitude field of 1 to 64 bits: the first bit is the sign, the others the
     /// magnitude. A negative zero reads as 0.
-    bool readSignMagnitude(std::size_t position, unsigned int width, int64_t *value) const;
+    bool readSignMagnitude(std::size_t position, unsigned int width, int64_t *value) const
+    {
+        uint64_t raw = 0;
+        if (width == 0 || !readUnsigned(position, width, &raw))
+            return false;
+        const uint64_t magnitude = width == 64 ? raw & ~(uint64_t(1) << 63)
+                                               : raw & ((uint64_t(1) << (width - 1)) - 1);
+        const bool negative = (raw >> (width - 1)) & 1;
+        *value = negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
+        return true;
+    }
 
 private:
     /// readUnsigned() byte by byte, for fields near the end of the block or spanning 9 bytes.
