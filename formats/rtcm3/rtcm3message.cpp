@@ -164,13 +164,11 @@ Rtcm3Record const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned
     if (!field->isGroup() || !locate(field, &place) || index >= place.count)
         return nullptr;
     makeRecords();
-    // Records lie group after group, in the order of the message type's fields.
+    // Records lie group after group, each group at its own bit offset: hop over whole groups
+    // to the first record of this one.
     unsigned int first = 0;
-    const QVector<FieldInfo const *> fields = getInfo()->getFieldInfos();
-    for (int i = 0; i < fields.size() && fields[i] != field; ++i) {
-        if (rtcm3Field(fields[i])->isGroup())
-            first += slotTable()[i].size;
-    }
+    while (first < mRecordCount && mRecords[first].mGroupOffset != place.bitOffset)
+        first += mRecords[first].mGroupCount;
     return first + index < mRecordCount ? &mRecords[first + index] : nullptr;
 }
 
