@@ -19,45 +19,6 @@ QString nameOf(MessageInfo const *info)
 
 } // namespace
 
-FieldType::FieldType(BasisType type, unsigned int bitSize)
-    : mBasisType(type)
-    , mBitSize(bitSize)
-    , mSubMessageInfo(nullptr)
-{
-    MessageApiTracing::allocated(QStringLiteral("FieldType"));
-}
-
-FieldType::FieldType(MessageInfo const *info)
-    : mBasisType(SubMessage)
-    , mBitSize(0)
-    , mSubMessageInfo(info)
-{
-    MessageApiTracing::allocated(QStringLiteral("FieldType"));
-}
-
-FieldType::FieldType(FieldType const &other)
-    : mBasisType(other.mBasisType)
-    , mBitSize(other.mBitSize)
-    , mSubMessageInfo(other.mSubMessageInfo)
-{
-    MessageApiTracing::allocated(QStringLiteral("FieldType"));
-}
-
-FieldType::~FieldType()
-{
-    MessageApiTracing::deallocated(QStringLiteral("FieldType"));
-}
-
-FieldType FieldType::u(unsigned char bits)
-{
-    return FieldType(UnsignedInteger, bits);
-}
-
-FieldType FieldType::i(unsigned char bits)
-{
-    return FieldType(SignedInteger, bits);
-}
-
 // The fixed types are built once, on first use, and handed out as copies.
 FieldType FieldType::f32()
 {
@@ -93,11 +54,6 @@ FieldType FieldType::invalid()
 {
     static const FieldType type(Invalid, 0);
     return type;
-}
-
-FieldType FieldType::subMessage(MessageInfo const *info)
-{
-    return FieldType(info);
 }
 
 bool FieldType::operator==(FieldType const &other) const

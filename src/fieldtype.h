@@ -2,6 +2,7 @@
 #ifndef MESSAGEAPI_FIELDTYPE_H
 #define MESSAGEAPI_FIELDTYPE_H
 
+#include "auxiliary/allocationtracing.h"
 #include "messageapiframework_export.h"
 
 #include <QString>
@@ -80,5 +81,51 @@ private:
     uint32_t mBitSize;
     MessageInfo const *mSubMessageInfo;
 };
+
+// Types are built and dropped for every value read from a message, so these stay inline.
+
+inline FieldType::FieldType(BasisType type, unsigned int bitSize)
+    : mBasisType(type)
+    , mBitSize(bitSize)
+    , mSubMessageInfo(nullptr)
+{
+    MessageApiTracing::allocated(QStringLiteral("FieldType"));
+}
+
+inline FieldType::FieldType(MessageInfo const *info)
+    : mBasisType(SubMessage)
+    , mBitSize(0)
+    , mSubMessageInfo(info)
+{
+    MessageApiTracing::allocated(QStringLiteral("FieldType"));
+}
+
+inline FieldType::FieldType(FieldType const &other)
+    : mBasisType(other.mBasisType)
+    , mBitSize(other.mBitSize)
+    , mSubMessageInfo(other.mSubMessageInfo)
+{
+    MessageApiTracing::allocated(QStringLiteral("FieldType"));
+}
+
+inline FieldType::~FieldType()
+{
+    MessageApiTracing::deallocated(QStringLiteral("FieldType"));
+}
+
+inline FieldType FieldType::u(unsigned char bits)
+{
+    return FieldType(UnsignedInteger, bits);
+}
+
+inline FieldType FieldType::i(unsigned char bits)
+{
+    return FieldType(SignedInteger, bits);
+}
+
+inline FieldType FieldType::subMessage(MessageInfo const *info)
+{
+    return FieldType(info);
+}
 
 #endif // MESSAGEAPI_FIELDTYPE_H

@@ -84,46 +84,6 @@ FieldValue::FieldValue()
     MessageApiTracing::allocated(QStringLiteral("FieldValue"));
 }
 
-FieldValue::FieldValue(FieldType const &type)
-    : mType(type)
-    , mPayload(0)
-{
-    MessageApiTracing::allocated(QStringLiteral("FieldValue"));
-}
-
-FieldValue::FieldValue(FieldValue const &other)
-    : mType(other.mType)
-    , mPayload(other.mPayload)
-{
-    MessageApiTracing::allocated(QStringLiteral("FieldValue"));
-}
-
-FieldValue::~FieldValue()
-{
-    MessageApiTracing::deallocated(QStringLiteral("FieldValue"));
-}
-
-FieldValue &FieldValue::operator=(FieldValue const &other)
-{
-    mType = other.mType;
-    mPayload = other.mPayload;
-    return *this;
-}
-
-FieldValue FieldValue::u(unsigned long long v, unsigned char bits)
-{
-    FieldValue value(FieldType::u(bits));
-    value.mPayload = v;
-    return value;
-}
-
-FieldValue FieldValue::i(long long v, unsigned char bits)
-{
-    FieldValue value(FieldType::i(bits));
-    value.mPayload = static_cast<uint64_t>(v);
-    return value;
-}
-
 FieldValue FieldValue::f32(float v)
 {
     FieldValue value(FieldType::f32());

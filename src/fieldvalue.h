@@ -150,6 +150,48 @@ template <> double FieldValue::get<double>() const;
 template <> float FieldValue::get<float>() const;
 /// @endcond
 
+// Values are built and dropped for every value read from a message, so these stay inline.
+
+inline FieldValue::FieldValue(FieldType const &type)
+    : mType(type)
+    , mPayload(0)
+{
+    MessageApiTracing::allocated(QStringLiteral("FieldValue"));
+}
+
+inline FieldValue::FieldValue(FieldValue const &other)
+    : mType(other.mType)
+    , mPayload(other.mPayload)
+{
+    MessageApiTracing::allocated(QStringLiteral("FieldValue"));
+}
+
+inline FieldValue::~FieldValue()
+{
+    MessageApiTracing::deallocated(QStringLiteral("FieldValue"));
+}
+
+inline FieldValue &FieldValue::operator=(FieldValue const &other)
+{
+    mType = other.mType;
+    mPayload = other.mPayload;
+    return *this;
+}
+
+inline FieldValue FieldValue::u(unsigned long long v, unsigned char bits)
+{
+    FieldValue value(FieldType::u(bits));
+    value.mPayload = v;
+    return value;
+}
+
+inline FieldValue FieldValue::i(long long v, unsigned char bits)
+{
+    FieldValue value(FieldType::i(bits));
+    value.mPayload = static_cast<uint64_t>(v);
+    return value;
+}
+
 inline unsigned long long FieldValue::getU64() const
 {
     return get<unsigned long long>();

@@ -3,37 +3,15 @@
 #define MESSAGEAPI_AUXILIARY_TRACING_H
 
 // Internal helpers shared by every source file of the library: allocation tracing, the
-// per-file debug gating and the assertion report. Not installed.
+// per-file debug gating and the assertion report. Not installed; the tracing part is.
 
+#include "allocationtracing.h"
 #include "dbg.h"
-#include "memleaktracer.h"
 
 #include <QString>
 
 /// The module tag under which the library asks for debug output and reports assertions.
 #define MSGAPI_MODULE_TAG "MSGAPI"
-
-namespace MessageApiTracing {
-
-// Values report every copy, so a disabled tracer must cost no more than one test: the call is
-// skipped when the tracer says it would not count. A literal name costs nothing to build and
-// lets an enabled tracer find its counts by address.
-
-/// Reports the construction of one object of the named class (pass a QStringLiteral).
-inline void allocated(QString const &className)
-{
-    if (MemLeakTracer::mayCount())
-        MemLeakTracer::getInstance()->doAllocateObject(className);
-}
-
-/// Reports the destruction of one object of the named class (pass a QStringLiteral).
-inline void deallocated(QString const &className)
-{
-    if (MemLeakTracer::mayCount())
-        MemLeakTracer::getInstance()->doDeallocateObject(className);
-}
-
-} // namespace MessageApiTracing
 
 /**
  * Declares the debug identity of a source file: its sub-module tag and the path under which
