@@ -23,6 +23,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QFile>
+#include <QHash>
 
 #include <array>
 #include <memory>
@@ -116,24 +117,43 @@ BENCHMARK(BM_Rtcm3Framing)->Arg(0)->Arg(1)->Arg(2);
 
 enum class Depth { Scan, FullDecode, Rendering };
 
-/// Reads (and renders) every value of the message and of its records.
-void readEverything(Message const *message, Depth depth, qint64 *values)
+/// Reads (and renders) every value of every message and record it is given. The field list of
+/// each message type is taken once, as a reader that shows messages of known types keeps it.
+class ValueReader
 {
-    const QVector<FieldInfo const *> fields = message->getInfo()->getFieldInfos();
-    for (FieldInfo const *field : fields) {
-        const unsigned int count = field->getNumberOfValues(message);
-        for (unsigned int i = 0; i < count; ++i) {
-            const FieldValue value = field->getValue(message, i);
-            ++*values;
-            if (value.getType().getBasisType() == FieldType::SubMessage)
-                readEverything(value.getSubMessage(), depth, values);
-            else if (depth == Depth::Rendering)
-                benchmark::DoNotOptimize(field->getInterpretedString(value, true));
-            else
-                benchmark::DoNotOptimize(value);
+public:
+    explicit ValueReader(Depth depth)
+        : mDepth(depth)
+    { }
+
+    void read(Message const *message)
+    {
+        MessageInfo const *info = message->getInfo();
+        auto fields = mFieldLists.constFind(info);
+        if (fields == mFieldLists.constEnd())
+            fields = mFieldLists.insert(info, info->getFieldInfos());
+        for (FieldInfo const *field : *fields) {
+            const unsigned int count = field->getNumberOfValues(message);
+            for (unsigned int i = 0; i < count; ++i) {
+                const FieldValue value = field->getValue(message, i);
+                ++mValues;
+                if (value.getType().getBasisType() == FieldType::SubMessage)
+                    read(value.getSubMessage());
+                else if (mDepth == Depth::Rendering)
+                    benchmark::DoNotOptimize(field->getInterpretedString(value, true));
+                else
+                    benchmark::DoNotOptimize(value);
+            }
         }
     }
-}
+
+    qint64 values() const { return mValues; }
+
+private:
+    Depth mDepth;
+    qint64 mValues = 0;
+    QHash<MessageInfo const *, QVector<FieldInfo const *>> mFieldLists;
+};
 
 /// The whole chain a scanner builds, over the capture once.
 class Scan
@@ -146,6 +166,7 @@ public:
         , mCoordinator(&mDecoder, &mTimeSource)
         , mLog(&mEvents, &mTimeSource)
         , mClock(&mDecoder, &mTimeSource, &mCoordinator, QDate(2018, 7, 12))
+        , mReader(depth)
     {
         QObject::connect(&mFramer, &Rtcm3Framer::frameFound, &mDecoder,
                          qOverload<const uint8_t *, uint>(&Rtcm3Decoder::decodeMessage));
@@ -154,9 +175,8 @@ public:
         for (MessageInfo const *info : dictionary.getFormat()->getMessageInfos())
             mCoordinator.enableGapDetection(info);
         if (depth != Depth::Scan) {
-            QObject::connect(
-                &mDecoder, &MessageSource::newMessage,
-                [this, depth](Message const *m) { readEverything(m, depth, &mValues); });
+            QObject::connect(&mDecoder, &MessageSource::newMessage,
+                             [this](Message const *m) { mReader.read(m); });
         }
     }
 
@@ -167,7 +187,7 @@ public:
     }
 
     qint64 frames() const { return qint64(mFramer.getFrameCount()); }
-    qint64 values() const { return mValues; }
+    qint64 values() const { return mReader.values(); }
 
 private:
     Rtcm3Framer mFramer;
@@ -177,7 +197,7 @@ private:
     MessageStatisticsCoordinator mCoordinator;
     EventLog mLog;
     Rtcm3EpochClock mClock;
-    qint64 mValues = 0;
+    ValueReader mReader;
 };
 
 void runScan(benchmark::State &state, Depth depth)

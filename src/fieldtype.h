@@ -77,6 +77,15 @@ public:
     QString toShortString() const;
 
 private:
+    friend class FieldValue;
+    /// A type built inside a value whose constructor reports for it.
+    enum Untraced { untraced };
+    FieldType(BasisType type, unsigned int bitSize, Untraced)
+        : mBasisType(type)
+        , mBitSize(bitSize)
+        , mSubMessageInfo(nullptr)
+    { }
+
     BasisType mBasisType;
     uint32_t mBitSize;
     MessageInfo const *mSubMessageInfo;

@@ -125,6 +125,11 @@ public:
 
 private:
     friend class DictionaryAccess;
+
+    /// An integer value built as FieldValue(FieldType(kind, bits)) from a temporary type, with
+    /// the same reports in the same order, but one test of the tracer for all of them.
+    FieldValue(FieldType::BasisType kind, unsigned char bits, uint64_t payload);
+
     friend bool operator==(FieldValue const &a, FieldValue const &b);
     friend bool operator<(FieldValue const &a, FieldValue const &b);
     friend uint qHash(FieldValue const &v);
@@ -178,18 +183,26 @@ inline FieldValue &FieldValue::operator=(FieldValue const &other)
     return *this;
 }
 
+inline FieldValue::FieldValue(FieldType::BasisType kind, unsigned char bits, uint64_t payload)
+    : mType(kind, bits, FieldType::untraced)
+    , mPayload(payload)
+{
+    if (MemLeakTracer::mayCount()) {
+        MessageApiTracing::allocated(QStringLiteral("FieldType")); // the temporary type
+        MessageApiTracing::allocated(QStringLiteral("FieldType")); // its copy in the value
+        MessageApiTracing::allocated(QStringLiteral("FieldValue"));
+        MessageApiTracing::deallocated(QStringLiteral("FieldType")); // the temporary dropped
+    }
+}
+
 inline FieldValue FieldValue::u(unsigned long long v, unsigned char bits)
 {
-    FieldValue value(FieldType::u(bits));
-    value.mPayload = v;
-    return value;
+    return FieldValue(FieldType::UnsignedInteger, bits, v);
 }
 
 inline FieldValue FieldValue::i(long long v, unsigned char bits)
 {
-    FieldValue value(FieldType::i(bits));
-    value.mPayload = static_cast<uint64_t>(v);
-    return value;
+    return FieldValue(FieldType::SignedInteger, bits, static_cast<uint64_t>(v));
 }
 
 inline unsigned long long FieldValue::getU64() const

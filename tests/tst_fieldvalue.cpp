@@ -415,6 +415,29 @@ private Q_SLOTS:
                                 "-FieldValue -FieldType -FieldValue -FieldType -FieldValue "
                                 "-FieldType"));
     }
+
+    void integerFactoriesReportAsBuiltFromTheirType()
+    {
+        QStringList viaType;
+        QStringList viaFactory;
+        {
+            TracerRecorder recorder;
+            {
+                const FieldValue u(FieldType::u(8));
+                const FieldValue i(FieldType::i(16));
+            }
+            viaType = recorder.events();
+        }
+        {
+            TracerRecorder recorder;
+            {
+                const FieldValue u = FieldValue::u(200, 8);
+                const FieldValue i = FieldValue::i(-300, 16);
+            }
+            viaFactory = recorder.events();
+        }
+        QCOMPARE(viaFactory, viaType);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_FieldValue)

@@ -87,41 +87,14 @@ unsigned int Rtcm3FieldInfo::getNumberOfValues(Message const *message) const
     return rtcm && rtcm->locate(this, &place) ? place.count : 0u;
 }
 
-FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) const
+// Inline: it is the tail of getValue(), kept apart for its length.
+inline FieldValue Rtcm3FieldInfo::readValue(Rtcm3Message const *message, unsigned int position,
+                                     unsigned int width) const
 {
-    uint8_t const *payload = nullptr;
-    unsigned int payloadSize = 0;
-    unsigned int position = 0;
-    unsigned int width = mBits;
-    if (isInRecord()) {
-        Rtcm3Record const *record = Rtcm3Record::cast(message);
-        if (!record || record->getInfo() != mHomeInfo || index != 0)
-            return FieldValue::invalid();
-        if (!takesBits())
-            return FieldValue::u(record->getMaskPosition(mEncoding == CellSignal ? 1 : 0),
-                                 mValueBits);
-        payload = record->getMessage()->getPayload();
-        payloadSize = record->getMessage()->getPayloadSize();
-        position = record->getBitPosition(unsigned(mRecordOffset), mBits);
-    } else {
-        Rtcm3Message const *rtcm = Rtcm3Message::cast(message);
-        Rtcm3Message::Place place;
-        if (!rtcm || !rtcm->locate(this, &place) || index >= place.count)
-            return FieldValue::invalid();
-        if (!takesBits())
-            return FieldValue::u(0, mValueBits);
-        if (mEncoding == Group) {
-            Message const *record = rtcm->getRecord(this, index);
-            return record ? FieldValue::subMessage(record) : FieldValue::invalid();
-        }
-        payload = rtcm->getPayload();
-        payloadSize = rtcm->getPayloadSize();
-        position = place.bitOffset + index * place.width;
-        width = place.width;
-    }
     // The place was checked against the payload when the message was decoded; the reader
     // checks again, so that nothing is ever read past the frame.
-    const Rtcm3BitReader reader(payload, payloadSize);
+    const Rtcm3BitReader reader(message->getPayload(), message->getPayloadSize(),
+                                Rtcm3Message::loadableBytesAfterPayload);
     uint64_t raw = 0;
     int64_t number = 0;
     switch (mEncoding) {
@@ -139,6 +112,37 @@ FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) 
         return reader.readUnsigned(position, width, &raw) ? FieldValue::u(raw, mValueBits)
                                                           : FieldValue::invalid();
     }
+}
+
+FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) const
+{
+    Rtcm3Message const *rtcm = nullptr;
+    unsigned int position = 0;
+    unsigned int width = mBits;
+    if (isInRecord()) {
+        Rtcm3Record const *record = Rtcm3Record::cast(message);
+        if (!record || record->getInfo() != mHomeInfo || index != 0)
+            return FieldValue::invalid();
+        if (!takesBits())
+            return FieldValue::u(record->getMaskPosition(mEncoding == CellSignal ? 1 : 0),
+                                 mValueBits);
+        rtcm = record->getMessage();
+        position = record->getBitPosition(unsigned(mRecordOffset), mBits);
+    } else {
+        rtcm = Rtcm3Message::cast(message);
+        Rtcm3Message::Place place;
+        if (!rtcm || !rtcm->locate(this, &place) || index >= place.count)
+            return FieldValue::invalid();
+        if (!takesBits())
+            return FieldValue::u(0, mValueBits);
+        if (mEncoding == Group) {
+            Message const *record = rtcm->getRecord(this, index);
+            return record ? FieldValue::subMessage(record) : FieldValue::invalid();
+        }
+        position = place.bitOffset + index * place.width;
+        width = place.width;
+    }
+    return readValue(rtcm, position, width);
 }
 
 bool Rtcm3FieldInfo::setValue(Message *, unsigned int, FieldValue const &) const

@@ -6,6 +6,8 @@
 
 #include "fieldinfo.h"
 
+class Rtcm3Message;
+
 /**
  * A data field of an RTCM 3 message type: one generic class for every field, described by the
  * row of a layout table (Rtcm3Dictionary builds them) and read from the frame that an
@@ -107,6 +109,10 @@ public:
     ///@}
 
 private:
+    /// The value at position of the message's payload, width bits wide.
+    FieldValue readValue(Rtcm3Message const *message, unsigned int position,
+                         unsigned int width) const;
+
     Encoding mEncoding;
     unsigned int mBits;
     Count mCount = SingleValue;

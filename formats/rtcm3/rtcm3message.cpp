@@ -6,6 +6,7 @@
 #include "rtcm3record.h"
 
 #include <QVarLengthArray>
+#include <QtAlgorithms>
 
 #include <cstring>
 #include <new>
@@ -14,19 +15,20 @@ namespace {
 
 int countBits(quint64 value)
 {
-    int count = 0;
-    for (; value != 0; value &= value - 1)
-        ++count;
-    return count;
+    return int(qPopulationCount(value));
 }
 
 /// The 1-based positions of the set bits of a mask of width bits, first bit first.
 QVarLengthArray<quint8, 64> setBitPositions(quint64 mask, unsigned int width)
 {
     QVarLengthArray<quint8, 64> positions;
-    for (unsigned int position = 0; position < width; ++position) {
-        if ((mask >> (width - 1 - position)) & 1)
-            positions.append(quint8(position + 1));
+    if (width == 0 || width > 64)
+        return positions;
+    // Set bits only, first bit first: the first bit of the mask is bit 63 after the shift.
+    for (quint64 bits = mask << (64 - width); bits != 0;) {
+        const unsigned int position = unsigned(qCountLeadingZeroBits(bits)) + 1;
+        positions.append(quint8(position));
+        bits &= ~(quint64(1) << (64 - position));
     }
     return positions;
 }
@@ -130,9 +132,13 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, uint8_t const *frame
         position += bits;
     }
     const std::size_t slotBytes = std::size_t(layout.size()) * sizeof(Slot);
-    auto *message = new (slotBytes + length) Rtcm3Message(info, unsigned(layout.size()), length);
+    constexpr std::size_t padding = loadableBytesAfterPayload - crcBytes;
+    auto *message = new (slotBytes + length + padding)
+        Rtcm3Message(info, unsigned(layout.size()), length);
     std::memcpy(message->slotTable(), layout.constData(), slotBytes);
-    std::memcpy(message->slotTable() + layout.size(), frame, length);
+    auto *bytes = reinterpret_cast<uint8_t *>(message->slotTable() + layout.size());
+    std::memcpy(bytes, frame, length);
+    std::memset(bytes + length, 0, padding);
     return message;
 }
 
@@ -152,7 +158,7 @@ quint64 Rtcm3Message::readField(int index) const
         return 0;
     Place place {};
     locate(rtcm3Field(getInfo()->getFieldInfos().at(index)), &place);
-    const Rtcm3BitReader reader(getPayload(), getPayloadSize());
+    const Rtcm3BitReader reader(getPayload(), getPayloadSize(), loadableBytesAfterPayload);
     uint64_t value = 0;
     reader.readUnsigned(place.bitOffset, place.width, &value);
     return value;

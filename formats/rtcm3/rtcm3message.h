@@ -21,7 +21,8 @@ class Rtcm3Record;
  * the raw representation) and, per field of its message type, where the field's values lie in
  * the payload. Values are read from the frame by Rtcm3FieldInfo when asked for.
  *
- * The message, the places of its fields and the frame lie in one block of memory. The records
+ * The message, the places of its fields and the frame lie in one block of memory, with
+ * padding after the frame. The records
  * of its group fields (Rtcm3Record) are made together on first request, in the order of the
  * message type's group fields and then of the records; each has this message as parent and
  * lives as long as it: keep a reference to the message, not to a record.
@@ -70,6 +71,9 @@ public:
     uint8_t const *getPayload() const { return frameBytes() + headerBytes; }
     /// Bytes of the payload.
     unsigned int getPayloadSize() const { return mFrameSize - headerBytes - crcBytes; }
+    /// Bytes after the payload that may be read: the CRC and padding, so that a field at the
+    /// end of the payload is loaded in eight bytes at once like any other.
+    static constexpr unsigned int loadableBytesAfterPayload = 3 + 8;
 
     /// Where the field lies in this message; false when the message type has no such field.
     bool locate(Rtcm3FieldInfo const *field, Place *place) const

@@ -22,9 +22,12 @@
 class Rtcm3BitReader
 {
 public:
-    Rtcm3BitReader(uint8_t const *data, std::size_t sizeBytes)
+    /// slackBytes: bytes after the block that may be loaded (their bits are never used), so
+    /// that fields near its end take the fast load too.
+    Rtcm3BitReader(uint8_t const *data, std::size_t sizeBytes, std::size_t slackBytes = 0)
         : mData(data)
         , mSizeBits(sizeBytes * 8)
+        , mLoadableBytes(sizeBytes + slackBytes)
     { }
 
     std::size_t getSizeBits() const { return mSizeBits; }
@@ -39,13 +42,17 @@ public:
     {
         if (width > 64 || !contains(position, width))
             return false;
-        // Most fields lie within eight bytes that the block holds: one big-endian load.
+        // Fields within eight bytes (all but the widest) take one big-endian load; near the
+        // end of the block the bytes that it holds are loaded, the rest taken as zero.
         const std::size_t byte = position / 8;
         const unsigned int skip = unsigned(position % 8);
-        if (width == 0 || skip + width > 64 || byte + 8 > mSizeBits / 8)
+        if (width == 0 || skip + width > 64)
             return readByBytes(position, width, value);
-        uint64_t word;
-        std::memcpy(&word, mData + byte, sizeof word);
+        uint64_t word = 0;
+        if (byte + 8 <= mLoadableBytes)
+            std::memcpy(&word, mData + byte, 8);
+        else
+            std::memcpy(&word, mData + byte, mSizeBits / 8 - byte);
         *value = (qFromBigEndian(word) << skip) >> (64 - width);
         return true;
     }
@@ -74,11 +81,12 @@ public:
     }
 
 private:
-    /// readUnsigned() byte by byte, for fields near the end of the block or spanning 9 bytes.
+    /// readUnsigned() byte by byte, for empty fields and fields that span nine bytes.
     bool readByBytes(std::size_t position, unsigned int width, uint64_t *value) const;
 
     uint8_t const *mData;
     std::size_t mSizeBits;
+    std::size_t mLoadableBytes;
 };
 
 #endif // MESSAGEAPI_RTCM3_RTCM3BITREADER_H
