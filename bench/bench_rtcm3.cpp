@@ -23,10 +23,10 @@
 #include <benchmark/benchmark.h>
 
 #include <QFile>
-#include <QHash>
 
 #include <array>
 #include <memory>
+#include <unordered_map>
 
 namespace {
 
@@ -128,11 +128,7 @@ public:
 
     void read(Message const *message)
     {
-        MessageInfo const *info = message->getInfo();
-        auto fields = mFieldLists.constFind(info);
-        if (fields == mFieldLists.constEnd())
-            fields = mFieldLists.insert(info, info->getFieldInfos());
-        for (FieldInfo const *field : *fields) {
+        for (FieldInfo const *field : fieldsOf(message->getInfo())) {
             const unsigned int count = field->getNumberOfValues(message);
             for (unsigned int i = 0; i < count; ++i) {
                 const FieldValue value = field->getValue(message, i);
@@ -150,9 +146,25 @@ public:
     qint64 values() const { return mValues; }
 
 private:
+    /// Records of one type come one after the other: the last list is looked at first.
+    QVector<FieldInfo const *> const &fieldsOf(MessageInfo const *info)
+    {
+        if (info != mLastInfo) {
+            auto found = mFieldLists.find(info);
+            if (found == mFieldLists.end())
+                found = mFieldLists.emplace(info, info->getFieldInfos()).first;
+            mLastInfo = info;
+            mLastFields = &found->second;
+        }
+        return *mLastFields;
+    }
+
     Depth mDepth;
     qint64 mValues = 0;
-    QHash<MessageInfo const *, QVector<FieldInfo const *>> mFieldLists;
+    // Node-based, so that a list stays where it is while a record's type is added.
+    std::unordered_map<MessageInfo const *, QVector<FieldInfo const *>> mFieldLists;
+    MessageInfo const *mLastInfo = nullptr;
+    QVector<FieldInfo const *> const *mLastFields = nullptr;
 };
 
 /// The whole chain a scanner builds, over the capture once.

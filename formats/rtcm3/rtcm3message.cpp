@@ -152,18 +152,6 @@ int Rtcm3Message::indexOf(Rtcm3FieldInfo const *field) const
     return field->occursIn(getInfo()) ? field->getIndexInMessageInfo(getInfo()) : -1;
 }
 
-quint64 Rtcm3Message::readField(int index) const
-{
-    if (index < 0 || index >= mSlotCount)
-        return 0;
-    Place place {};
-    locate(rtcm3Field(getInfo()->getFieldInfos().at(index)), &place);
-    const Rtcm3BitReader reader(getPayload(), getPayloadSize(), loadableBytesAfterPayload);
-    uint64_t value = 0;
-    reader.readUnsigned(place.bitOffset, place.width, &value);
-    return value;
-}
-
 Rtcm3Record const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned int index) const
 {
     Place place {};
@@ -213,6 +201,7 @@ void Rtcm3Message::makeRecords() const
         return;
     mRecords = static_cast<Rtcm3Record *>(::operator new(total * sizeof(Rtcm3Record)));
     auto *self = const_cast<Rtcm3Message *>(this);
+    const Rtcm3BitReader reader(getPayload(), getPayloadSize(), loadableBytesAfterPayload);
     for (int i = 0; i < fields.size(); ++i) {
         Rtcm3FieldInfo const *group = rtcm3Field(fields[i]);
         if (!group->isGroup())
@@ -229,13 +218,14 @@ void Rtcm3Message::makeRecords() const
                 || encoding == Rtcm3FieldInfo::CellSatellite)
                 satellite = rtcm3Field(recordField);
         }
-        auto positionsOf = [this](Rtcm3FieldInfo const *virtualField, int which) {
+        auto positionsOf = [&](Rtcm3FieldInfo const *virtualField, int which) {
             const int index = virtualField ? virtualField->getMaskSource(which) : -1;
-            if (index < 0 || index >= mSlotCount)
-                return QVarLengthArray<quint8, 64>();
             Place place {};
-            locate(rtcm3Field(getInfo()->getFieldInfos().at(index)), &place);
-            return setBitPositions(readField(index), place.width);
+            uint64_t mask = 0;
+            if (index < 0 || index >= mSlotCount || !locate(rtcm3Field(fields[index]), &place)
+                || !reader.readUnsigned(place.bitOffset, place.width, &mask))
+                return QVarLengthArray<quint8, 64>();
+            return setBitPositions(mask, place.width);
         };
         const bool cells = satellite && satellite->getEncoding() == Rtcm3FieldInfo::CellSatellite;
         const QVarLengthArray<quint8, 64> first = positionsOf(satellite, 0);

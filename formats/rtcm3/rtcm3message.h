@@ -124,8 +124,6 @@ private:
     /// Index of a field that the dictionary laid out in another message type; -1 when the
     /// field does not occur in this one.
     int indexOf(Rtcm3FieldInfo const *field) const;
-    /// The single value of the field at index of the message type.
-    quint64 readField(int index) const;
     void makeRecords() const;
 
     mutable Rtcm3Record *mRecords = nullptr;
