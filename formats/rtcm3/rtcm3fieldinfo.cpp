@@ -89,7 +89,7 @@ unsigned int Rtcm3FieldInfo::getNumberOfValues(Message const *message) const
 
 // Inline: it is the tail of getValue(), kept apart for its length.
 inline FieldValue Rtcm3FieldInfo::readValue(Rtcm3Message const *message, unsigned int position,
-                                     unsigned int width) const
+                                            unsigned int width) const
 {
     // The place was checked against the payload when the message was decoded; the reader
     // checks again, so that nothing is ever read past the frame.
@@ -136,7 +136,7 @@ FieldValue Rtcm3FieldInfo::getValue(Message const *message, unsigned int index) 
         if (!takesBits())
             return FieldValue::u(0, mValueBits);
         if (mEncoding == Group) {
-            Message const *record = rtcm->getRecord(this, index);
+            Message const *record = rtcm->getRecord(place, index);
             return record ? FieldValue::subMessage(record) : FieldValue::invalid();
         }
         position = place.bitOffset + index * place.width;

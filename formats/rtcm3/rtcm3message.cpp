@@ -40,8 +40,7 @@ Rtcm3FieldInfo const *rtcm3Field(FieldInfo const *field)
 
 } // namespace
 
-Rtcm3Message::Rtcm3Message(MessageInfo const *info, unsigned int slotCount,
-                           unsigned int frameSize)
+Rtcm3Message::Rtcm3Message(MessageInfo const *info, unsigned int slotCount, unsigned int frameSize)
     : Message(info)
     , mSlotCount(quint16(slotCount))
     , mFrameSize(quint16(frameSize))
@@ -76,9 +75,8 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, uint8_t const *frame
 {
     const QVector<FieldInfo const *> fields = info->getFieldInfos();
     QVarLengthArray<Slot, 64> layout(fields.size());
-    const std::size_t payloadBytes = length > headerBytes + crcBytes
-        ? length - headerBytes - crcBytes
-        : 0;
+    const std::size_t payloadBytes
+        = length > headerBytes + crcBytes ? length - headerBytes - crcBytes : 0;
     const Rtcm3BitReader reader(frame + headerBytes, payloadBytes);
     // The single value of an earlier field: a count or a mask.
     auto valueOf = [&](int index) -> quint64 {
@@ -133,8 +131,8 @@ Rtcm3Message *Rtcm3Message::decode(MessageInfo const *info, uint8_t const *frame
     }
     const std::size_t slotBytes = std::size_t(layout.size()) * sizeof(Slot);
     constexpr std::size_t padding = loadableBytesAfterPayload - crcBytes;
-    auto *message = new (slotBytes + length + padding)
-        Rtcm3Message(info, unsigned(layout.size()), length);
+    auto *message
+        = new (slotBytes + length + padding) Rtcm3Message(info, unsigned(layout.size()), length);
     std::memcpy(message->slotTable(), layout.constData(), slotBytes);
     auto *bytes = reinterpret_cast<uint8_t *>(message->slotTable() + layout.size());
     std::memcpy(bytes, frame, length);
@@ -155,13 +153,18 @@ int Rtcm3Message::indexOf(Rtcm3FieldInfo const *field) const
 Rtcm3Record const *Rtcm3Message::getRecord(Rtcm3FieldInfo const *field, unsigned int index) const
 {
     Place place {};
-    if (!field->isGroup() || !locate(field, &place) || index >= place.count)
+    return field->isGroup() && locate(field, &place) ? getRecord(place, index) : nullptr;
+}
+
+Rtcm3Record const *Rtcm3Message::getRecord(Place const &group, unsigned int index) const
+{
+    if (index >= group.count)
         return nullptr;
     makeRecords();
     // Records lie group after group, each group at its own bit offset: hop over whole groups
     // to the first record of this one.
     unsigned int first = 0;
-    while (first < mRecordCount && mRecords[first].mGroupOffset != place.bitOffset)
+    while (first < mRecordCount && mRecords[first].mGroupOffset != group.bitOffset)
         first += mRecords[first].mGroupCount;
     return first + index < mRecordCount ? &mRecords[first + index] : nullptr;
 }
@@ -229,10 +232,10 @@ void Rtcm3Message::makeRecords() const
         };
         const bool cells = satellite && satellite->getEncoding() == Rtcm3FieldInfo::CellSatellite;
         const QVarLengthArray<quint8, 64> first = positionsOf(satellite, 0);
-        const QVarLengthArray<quint8, 64> second = cells ? positionsOf(satellite, 1)
-                                                         : QVarLengthArray<quint8, 64>();
-        const QVarLengthArray<quint8, 64> cellPositions = cells ? positionsOf(satellite, 2)
-                                                                : QVarLengthArray<quint8, 64>();
+        const QVarLengthArray<quint8, 64> second
+            = cells ? positionsOf(satellite, 1) : QVarLengthArray<quint8, 64>();
+        const QVarLengthArray<quint8, 64> cellPositions
+            = cells ? positionsOf(satellite, 2) : QVarLengthArray<quint8, 64>();
         for (quint16 index = 0; index < slot.size; ++index) {
             auto *record = new (&mRecords[mRecordCount])
                 Rtcm3Record(recordInfo, self, slot.bitOffset, slot.size, group->getBitWidth(),

@@ -78,8 +78,8 @@ public:
     /// Where the field lies in this message; false when the message type has no such field.
     bool locate(Rtcm3FieldInfo const *field, Place *place) const
     {
-        const int index = field->getHomeInfo() == getInfo() ? field->getHomeIndex()
-                                                            : indexOf(field);
+        const int index
+            = field->getHomeInfo() == getInfo() ? field->getHomeIndex() : indexOf(field);
         if (index < 0 || index >= mSlotCount)
             return false;
         Slot const &slot = slotTable()[index];
@@ -92,6 +92,8 @@ public:
     }
     /// Record index of a group field; null when there is no such record.
     Rtcm3Record const *getRecord(Rtcm3FieldInfo const *field, unsigned int index) const;
+    /// Record index of the group that lies at group (as locate() gives it).
+    Rtcm3Record const *getRecord(Place const &group, unsigned int index) const;
 
     /// The message, its slots and its frame are allocated as one block.
     ///@{

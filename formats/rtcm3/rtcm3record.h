@@ -66,8 +66,16 @@ private:
 
     /// A record of the group at groupOffset (count records of recordWidth bits).
     Rtcm3Record(MessageInfo const *info, Rtcm3Message *message, unsigned int groupOffset,
-                unsigned int count, unsigned int recordWidth, bool columnMajor,
-                unsigned int index);
+                unsigned int count, unsigned int recordWidth, bool columnMajor, unsigned int index)
+        : Message(info)
+        , mGroupOffset(quint16(groupOffset))
+        , mGroupCount(quint16(count))
+        , mRecordWidth(quint16(recordWidth))
+        , mIndex(quint16(index))
+        , mColumnMajor(columnMajor)
+    {
+        setParentMessage(message);
+    }
 
     quint16 mGroupOffset;
     quint16 mGroupCount;

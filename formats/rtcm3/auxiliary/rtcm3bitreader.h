@@ -46,9 +46,19 @@ public:
         // end of the block the bytes that it holds are loaded, the rest taken as zero.
         const std::size_t byte = position / 8;
         const unsigned int skip = unsigned(position % 8);
-        if (width == 0 || skip + width > 64)
+        if (width == 0)
             return readByBytes(position, width, value);
         uint64_t word = 0;
+        if (skip + width > 64) {
+            // Nine bytes: the ninth gives the last bits (skip is at least 1 here).
+            if (byte + 9 > mLoadableBytes)
+                return readByBytes(position, width, value);
+            std::memcpy(&word, mData + byte, 8);
+            const uint64_t bits
+                = qFromBigEndian(word) << skip | uint64_t(mData[byte + 8]) >> (8 - skip);
+            *value = bits >> (64 - width);
+            return true;
+        }
         if (byte + 8 <= mLoadableBytes)
             std::memcpy(&word, mData + byte, 8);
         else
@@ -73,15 +83,15 @@ public:
         uint64_t raw = 0;
         if (width == 0 || !readUnsigned(position, width, &raw))
             return false;
-        const uint64_t magnitude = width == 64 ? raw & ~(uint64_t(1) << 63)
-                                               : raw & ((uint64_t(1) << (width - 1)) - 1);
+        const uint64_t magnitude
+            = width == 64 ? raw & ~(uint64_t(1) << 63) : raw & ((uint64_t(1) << (width - 1)) - 1);
         const bool negative = (raw >> (width - 1)) & 1;
         *value = negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
         return true;
     }
 
 private:
-    /// readUnsigned() byte by byte, for empty fields and fields that span nine bytes.
+    /// readUnsigned() byte by byte, for empty fields and nine-byte fields at the block's end.
     bool readByBytes(std::size_t position, unsigned int width, uint64_t *value) const;
 
     uint8_t const *mData;
