@@ -12,18 +12,6 @@ QString Message::fieldSeparator = QStringLiteral(",");
 QString Message::doNotUseString = QObject::tr("N/A");
 bool Message::useDoNotUseString = true;
 
-Message::Message(MessageInfo const *info)
-    : mInfo(info)
-    , mParentMessage(nullptr)
-{
-    MessageApiTracing::allocated(QStringLiteral("Message"));
-}
-
-Message::~Message()
-{
-    MessageApiTracing::deallocated(QStringLiteral("Message"));
-}
-
 QVector<Message const *> Message::getSubMessages() const
 {
     return QVector<Message const *>();

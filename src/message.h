@@ -66,4 +66,18 @@ private:
     Message *mParentMessage;
 };
 
+// Decoders build and drop many messages (one per record of a message), so these stay inline.
+
+inline Message::Message(MessageInfo const *info)
+    : mInfo(info)
+    , mParentMessage(nullptr)
+{
+    MessageApiTracing::allocated(QStringLiteral("Message"));
+}
+
+inline Message::~Message()
+{
+    MessageApiTracing::deallocated(QStringLiteral("Message"));
+}
+
 #endif // MESSAGEAPI_MESSAGE_H

@@ -2,6 +2,7 @@
 #ifndef MESSAGEAPI_REFERENCECOUNTEDOBJECT_H
 #define MESSAGEAPI_REFERENCECOUNTEDOBJECT_H
 
+#include "allocationtracing.h"
 #include "messageapiframework_export.h"
 
 /**
@@ -32,5 +33,29 @@ private:
 
     mutable int mReferenceCount;
 };
+
+// Decoders build and drop many objects (one per record of a message), so these stay inline.
+
+inline ReferenceCountedObject::ReferenceCountedObject()
+    : mReferenceCount(0)
+{
+    MessageApiTracing::allocated(QStringLiteral("ReferenceCountedObject"));
+}
+
+inline void ReferenceCountedObject::addReference() const
+{
+    ++mReferenceCount;
+}
+
+inline void ReferenceCountedObject::removeReference() const
+{
+    if (--mReferenceCount == 0)
+        delete this;
+}
+
+inline int ReferenceCountedObject::getNumberOfReferences() const
+{
+    return mReferenceCount;
+}
 
 #endif // MESSAGEAPI_REFERENCECOUNTEDOBJECT_H
