@@ -2,6 +2,7 @@
 #include "rtcm3testdata.h"
 
 #include "fieldinfo.h"
+#include "memleaktracer.h"
 #include "formatinfo.h"
 #include "messageinfo.h"
 #include "messagestatistics.h"
@@ -251,27 +252,35 @@ void tst_Rtcm3Decoder::decoding()
     QFETCH(QString, fields);
     QFETCH(QString, expected);
 
-    const Rtcm3TestData::DecodedStream stream(mDictionary, input);
-    QStringList outcome = stream.events.mid(0, stream.events.size() - 1);
-    for (QString const &type : stream.unknown)
-        outcome.append(QStringLiteral("unknown ") + type);
-    for (Message const *message : stream.messages) {
-        for (Message const *m : QVector<Message const *> { message } + message->getSubMessages()) {
-            for (QString const &name : fields.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-                if (FieldInfo const *field = m->getInfo()->getFieldInfo(name))
-                    outcome.append(name + QLatin1Char('=')
-                                   + field->getInterpretedString(field->getValue(m, 0), true));
+    MemLeakTracer *tracer = MemLeakTracer::getInstance();
+    const bool wasCounting = tracer->isEnabled();
+    tracer->setEnabled(true);
+    const qint64 messagesBefore = tracer->getLiveCount(QStringLiteral("Message"));
+    {
+        const Rtcm3TestData::DecodedStream stream(mDictionary, input);
+        QStringList outcome = stream.events.mid(0, stream.events.size() - 1);
+        for (QString const &type : stream.unknown)
+            outcome.append(QStringLiteral("unknown ") + type);
+        for (Message const *message : stream.messages) {
+            for (Message const *m :
+                 QVector<Message const *> { message } + message->getSubMessages()) {
+                for (QString const &name : fields.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+                    if (FieldInfo const *field = m->getInfo()->getFieldInfo(name))
+                        outcome.append(name + QLatin1Char('=')
+                                       + field->getInterpretedString(field->getValue(m, 0), true));
+                }
+                // The decoder reads its own bytes: the framer's frame and the message's copy
+                // are the same, and a record's raw representation is its message's frame.
+                QCOMPARE(QByteArray(reinterpret_cast<char const *>(m->getRawRepresentationOf(m)),
+                                    int(m->getRawSize())),
+                         input);
             }
         }
+        QCOMPARE(outcome.join(QLatin1Char(' ')), expected);
     }
-    QCOMPARE(outcome.join(QLatin1Char(' ')), expected);
-    // The decoder reads its own bytes: the framer's frame and the message's copy are the same.
-    for (Message const *message : stream.messages) {
-        QCOMPARE(
-            QByteArray(reinterpret_cast<char const *>(message->getRawRepresentationOf(message)),
-                       int(message->getRawSize())),
-            input);
-    }
+    // Records are destroyed with their message.
+    QCOMPARE(tracer->getLiveCount(QStringLiteral("Message")), messagesBefore);
+    tracer->setEnabled(wasCounting);
 }
 
 void tst_Rtcm3Decoder::announcesInThreePhasesUnlessDisabled()
