@@ -25,14 +25,16 @@ if(CONSUMER_RTCM3 AND NOT output MATCHES "rtcm3 frames: 1")
     message(FATAL_ERROR "the consumer did not frame RTCM 3 as expected")
 endif()
 
-# The flags pkg-config gives for the module must name the libraries and the include folder.
+# The flags pkg-config gives for the module must name the libraries and the include folders
+# (the platform library's too: the value types report to its allocation tracer inline).
 function(check_pkgconfig module)
     file(GLOB_RECURSE pcfile ${INSTALL_PREFIX}/*/${module}.pc)
     get_filename_component(pcdir "${pcfile}" DIRECTORY)
     execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
         ${PKG_CONFIG} --libs --cflags ${module}
         OUTPUT_VARIABLE flags RESULT_VARIABLE result)
-    foreach(expected -l${module} -lmessageapiframework include/messageapiframework)
+    foreach(expected -l${module} -lmessageapiframework -lfw include/messageapiframework
+                     include/fw)
         if(result OR NOT flags MATCHES "${expected}")
             message(FATAL_ERROR "pkg-config does not describe ${module}: ${flags}")
         endif()
