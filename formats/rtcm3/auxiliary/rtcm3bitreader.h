@@ -48,7 +48,7 @@ public:
         const unsigned int skip = unsigned(position % 8);
         if (width == 0)
             return readByBytes(position, width, value);
-        uint64_t word = 0;
+        quint64 word = 0; // Qt 5 swaps quint64, not every 64-bit type
         if (skip + width > 64) {
             // Nine bytes: the ninth gives the last bits (skip is at least 1 here).
             if (byte + 9 > mLoadableBytes)
