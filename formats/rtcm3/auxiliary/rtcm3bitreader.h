@@ -42,17 +42,17 @@ public:
     {
         if (width > 64 || !contains(position, width))
             return false;
-        // Fields within eight bytes (all but the widest) take one big-endian load; near the
-        // end of the block the bytes that it holds are loaded, the rest taken as zero.
+        if (width == 0) {
+            *value = 0;
+            return true;
+        }
+        // One big-endian load of the eight bytes from the field's first; near the end of the
+        // block only the bytes that it holds (or may load) are loaded, the rest taken as zero.
         const std::size_t byte = position / 8;
         const unsigned int skip = unsigned(position % 8);
-        if (width == 0)
-            return readByBytes(position, width, value);
         quint64 word = 0; // Qt 5 swaps quint64, not every 64-bit type
         if (skip + width > 64) {
-            // Nine bytes: the ninth gives the last bits (skip is at least 1 here).
-            if (byte + 9 > mLoadableBytes)
-                return readByBytes(position, width, value);
+            // Nine bytes, all inside the block: the ninth gives the last bits (skip >= 1).
             std::memcpy(&word, mData + byte, 8);
             const uint64_t bits
                 = qFromBigEndian(word) << skip | uint64_t(mData[byte + 8]) >> (8 - skip);
@@ -91,9 +91,6 @@ public:
     }
 
 private:
-    /// readUnsigned() byte by byte, for empty fields and nine-byte fields at the block's end.
-    bool readByBytes(std::size_t position, unsigned int width, uint64_t *value) const;
-
     uint8_t const *mData;
     std::size_t mSizeBits;
     std::size_t mLoadableBytes;
